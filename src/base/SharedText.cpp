@@ -1,0 +1,37 @@
+#include "base/SharedText.h"
+
+#include <functional>
+#include <utility>
+
+#include "base/Unicode.h"
+
+namespace brindle {
+
+SharedText::SharedText() {
+    static const auto empty = std::make_shared<const Body>();
+    body_ = empty;
+}
+
+SharedText::SharedText(std::string text) : body_(std::make_shared<const Body>(Body{std::move(text)})) {}
+
+std::uint64_t SharedText::canonicalHash(const Body& body) {
+    if (!body.hasCanonicalHash) {
+        body.isComposed = unicode::isComposed(body.text);
+        body.canonicalHash =
+            std::hash<std::string>{}(body.isComposed ? body.text : unicode::composed(body.text));
+        body.hasCanonicalHash = true;
+    }
+    return body.canonicalHash;
+}
+
+bool SharedText::isCanonicallyEqual(const SharedText& other) const {
+    if (body_ == other.body_)
+        return true;
+    if (canonicalHash(*body_) != canonicalHash(*other.body_))
+        return false;
+    if (body_->isComposed && other.body_->isComposed)
+        return body_->text == other.body_->text;
+    return unicode::composed(body_->text) == unicode::composed(other.body_->text);
+}
+
+}  // namespace brindle

@@ -1,0 +1,87 @@
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace brindle {
+
+/// A place in somebody's list of listeners. Move-only; letting go of it ends the delivery, also from within a
+/// delivery. May outlive what it subscribed to. An empty one does nothing.
+class [[nodiscard]] Subscription {
+public:
+    Subscription() = default;
+    explicit Subscription(std::function<void()> cancel) : cancel_(std::move(cancel)) {}
+    Subscription(Subscription&& other) noexcept : cancel_(std::exchange(other.cancel_, nullptr)) {}
+    Subscription& operator=(Subscription&& other) noexcept {
+        if (this != &other) {
+            reset();
+            cancel_ = std::exchange(other.cancel_, nullptr);
+        }
+        return *this;
+    }
+    ~Subscription() { reset(); }
+
+    /// Ends the delivery now. Safe to call twice.
+    void reset() {
+        if (const auto cancel = std::exchange(cancel_, nullptr))
+            cancel();
+    }
+
+    explicit operator bool() const { return static_cast<bool>(cancel_); }
+
+private:
+    std::function<void()> cancel_;
+};
+
+/// Calls its listeners in the order in which they subscribed. One thread only. Subscribing and leaving during a
+/// delivery is safe: who leaves is not called any more, who joins is still called in the same delivery.
+template <typename... Arguments>
+class Signal {
+public:
+    using Listener = std::function<void(Arguments...)>;
+
+    [[nodiscard]] Subscription subscribe(Listener listener) {
+        auto slot = std::make_shared<Slot>(Slot{std::move(listener), true});
+        state_->slots.push_back(slot);
+        return Subscription([state = std::weak_ptr<State>(state_), slot] {
+            slot->isActive = false;
+            if (const auto alive = state.lock())
+                alive->sweep();
+        });
+    }
+
+    void emit(Arguments... arguments) const {
+        const auto state = state_;  // a listener may destroy this signal
+        ++state->deliveries;
+        for (std::size_t i = 0; i < state->slots.size(); ++i) {
+            const auto slot = state->slots[i];
+            if (slot->isActive)
+                slot->listener(arguments...);
+        }
+        --state->deliveries;
+        state->sweep();
+    }
+
+    [[nodiscard]] bool hasListeners() const { return !state_->slots.empty(); }
+
+private:
+    struct Slot {
+        Listener listener;
+        bool isActive;
+    };
+    struct State {
+        std::vector<std::shared_ptr<Slot>> slots;
+        int deliveries = 0;
+
+        void sweep() {
+            if (deliveries == 0)
+                std::erase_if(slots, [](const auto& slot) { return !slot->isActive; });
+        }
+    };
+    std::shared_ptr<State> state_ = std::make_shared<State>();
+};
+
+}  // namespace brindle

@@ -1,0 +1,111 @@
+#include "base/Unicode.h"
+
+#include <unicode/bytestream.h>
+#include <unicode/normalizer2.h>
+#include <unicode/stringpiece.h>
+#include <unicode/uchar.h>
+#include <unicode/utf8.h>
+
+#include <algorithm>
+#include <cstdint>
+
+namespace brindle::unicode {
+
+namespace {
+
+constexpr std::string_view replacement = "\xEF\xBF\xBD";
+
+bool isAscii(std::string_view text) {
+    return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+const icu::Normalizer2& composer() {
+    UErrorCode status = U_ZERO_ERROR;
+    return *icu::Normalizer2::getNFCInstance(status);
+}
+
+icu::StringPiece piece(std::string_view text) {
+    return {text.data(), static_cast<std::int32_t>(text.size())};
+}
+
+/// The length of the ill-formed piece at `start`, or of the well-formed run there with `isWell` set.
+struct Run {
+    std::size_t end;
+    bool isWell;
+};
+
+Run nextRun(std::string_view text, std::size_t start) {
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
+    const auto size = text.size();
+    std::size_t at = start;
+    while (at < size) {
+        std::size_t next = at;
+        UChar32 character;
+        U8_NEXT(bytes, next, size, character);
+        if (character < 0)
+            return at > start ? Run{at, true} : Run{next, false};
+        at = next;
+    }
+    return {size, true};
+}
+
+}  // namespace
+
+bool isWellFormed(std::string_view text) {
+    return text.empty() || (nextRun(text, 0).isWell && nextRun(text, 0).end == text.size());
+}
+
+std::string repaired(std::string text) {
+    if (isWellFormed(text))
+        return text;
+    std::string result;
+    result.reserve(text.size() + replacement.size());
+    for (std::size_t at = 0; at < text.size();) {
+        const Run run = nextRun(text, at);
+        result.append(run.isWell ? std::string_view(text).substr(at, run.end - at) : replacement);
+        at = run.end;
+    }
+    return result;
+}
+
+bool isComposed(std::string_view text) {
+    if (isAscii(text))
+        return true;
+    UErrorCode status = U_ZERO_ERROR;
+    return composer().isNormalizedUTF8(piece(text), status) && U_SUCCESS(status);
+}
+
+std::string composed(std::string_view text) {
+    if (isAscii(text))
+        return std::string(text);
+    std::string result;
+    icu::StringByteSink<std::string> sink(&result);
+    UErrorCode status = U_ZERO_ERROR;
+    composer().normalizeUTF8(0, piece(text), sink, nullptr, status);
+    return U_SUCCESS(status) ? result : std::string(text);
+}
+
+std::string_view trimmed(std::string_view text) {
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
+    std::size_t begin = 0;
+    std::size_t end = text.size();
+    while (begin < end) {
+        std::size_t next = begin;
+        UChar32 character;
+        U8_NEXT(bytes, next, end, character);
+        if (!u_isUWhiteSpace(character))
+            break;
+        begin = next;
+    }
+    while (end > begin) {
+        std::size_t previous = end;
+        UChar32 character;
+        U8_PREV(bytes, begin, previous, character);
+        if (!u_isUWhiteSpace(character))
+            break;
+        end = previous;
+    }
+    return text.substr(begin, end - begin);
+}
+
+}  // namespace brindle::unicode

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "base/Signal.h"
+#include "platform/RunningApplication.h"
+
+namespace brindle {
+
+/// What is in front, and the applications and addresses that the desktop knows. Main thread.
+class Workspace {
+public:
+    virtual ~Workspace() = default;
+
+    /// The application that has the focus, this program included; empty when none has.
+    [[nodiscard]] virtual RunningApplicationHandle frontmostApplication() const = 0;
+
+    /// Calls after another application (or this one) came to the front. The handle may be empty.
+    [[nodiscard]] virtual Subscription onDidActivateApplication(
+        std::function<void(const RunningApplicationHandle&)> observer) = 0;
+
+    /// Hands an address (RFC 3986) to the program that the user chose for it, without waiting for it. False when it
+    /// does not parse or nothing opens it.
+    virtual bool openUrl(std::string_view url) = 0;
+
+    /// Path of the installed application with this bundle identifier; none when no such application is installed.
+    [[nodiscard]] virtual std::optional<std::string> applicationPath(std::string_view bundleIdentifier) const = 0;
+
+    /// The icon of the application at that path: the absolute path of an image file, or a name in the icon theme. None
+    /// when it has none.
+    [[nodiscard]] virtual std::optional<std::string> iconForFile(std::string_view path) const = 0;
+};
+
+}  // namespace brindle
