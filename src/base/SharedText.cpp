@@ -17,8 +17,7 @@ SharedText::SharedText(std::string text) : body_(std::make_shared<const Body>(Bo
 std::uint64_t SharedText::canonicalHash(const Body& body) {
     if (!body.hasCanonicalHash) {
         body.isComposed = unicode::isComposed(body.text);
-        body.canonicalHash =
-            std::hash<std::string>{}(body.isComposed ? body.text : unicode::composed(body.text));
+        body.canonicalHash = std::hash<std::string>{}(body.isComposed ? body.text : unicode::composed(body.text));
         body.hasCanonicalHash = true;
     }
     return body.canonicalHash;

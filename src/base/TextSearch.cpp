@@ -52,7 +52,8 @@ std::string TextSearch::folded(std::string_view text) const {
     icu::StringByteSink<std::string> sink(&result);
     UErrorCode status = U_ZERO_ERROR;
     icu::CaseMap::utf8Fold(isTurkic_ ? U_FOLD_CASE_EXCLUDE_SPECIAL_I : U_FOLD_CASE_DEFAULT,
-                           icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())), sink, nullptr, status);
+                           icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())), sink, nullptr,
+                           status);
     return unicode::composed(U_SUCCESS(status) ? result : std::string(text));
 }
 

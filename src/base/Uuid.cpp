@@ -16,7 +16,8 @@ Uuid Uuid::generate() {
 
 std::optional<Uuid> Uuid::parse(std::string_view text) {
     Uuid parsed;
-    if (text.size() != textLength || uuid_parse_range(text.data(), text.data() + text.size(), parsed.bytes_.data()) != 0)
+    if (text.size() != textLength ||
+        uuid_parse_range(text.data(), text.data() + text.size(), parsed.bytes_.data()) != 0)
         return std::nullopt;
     return parsed;
 }

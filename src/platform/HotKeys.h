@@ -17,8 +17,8 @@ struct EventTypeSpec {
     std::uint32_t eventKind;
 };
 
-using HotKeyRef = std::uint32_t;            ///< a registered hot key; 0: none
-using EventHandlerRef = std::uint32_t;      ///< an installed handler; 0: none
+using HotKeyRef = std::uint32_t;        ///< a registered hot key; 0: none
+using EventHandlerRef = std::uint32_t;  ///< an installed handler; 0: none
 constexpr std::int32_t noError = 0;
 
 /// System-wide key combinations. Main thread.

@@ -23,8 +23,8 @@ public:
     HistoryManager(const HistoryManager&) = delete;
     HistoryManager& operator=(const HistoryManager&) = delete;
 
-    Published<std::vector<ClipboardItem>>& history() { return history_; }            ///< newest first
-    Published<std::vector<CustomList>>& customLists() { return customLists_; }       ///< in order of creation
+    Published<std::vector<ClipboardItem>>& history() { return history_; }       ///< newest first
+    Published<std::vector<CustomList>>& customLists() { return customLists_; }  ///< in order of creation
 
     /// Puts a new entry at the front. The same content and type at the front already: nothing happens. Unpinned
     /// duplicates go, then unpinned entries from the old end until the limit holds.
@@ -32,8 +32,8 @@ public:
     /// Drops unpinned entries from the old end until there are no more than `limit`. Does not save.
     void trimHistory(std::int64_t limit);
     void togglePin(const ClipboardItem& item);
-    void deleteItem(const ClipboardItem& item);                                      ///< saves in any case
-    void moveItem(const ClipboardItem& item, std::optional<Uuid> listId);            ///< none unfiles it
+    void deleteItem(const ClipboardItem& item);                            ///< saves in any case
+    void moveItem(const ClipboardItem& item, std::optional<Uuid> listId);  ///< none unfiles it
 
     void createList(std::string_view name);
     void renameList(const CustomList& list, std::string_view newName);

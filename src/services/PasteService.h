@@ -13,8 +13,6 @@ public:
     static void paste();
 
     [[nodiscard]] static bool isPasting();
-    /// Forgets the lock, for tests that start anew.
-    static void resetForTesting();
 };
 
 }  // namespace brindle
