@@ -1,7 +1,9 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <functional>
+#include <iterator>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -36,14 +38,14 @@ private:
     std::function<void()> cancel_;
 };
 
-/// Calls its listeners in the order in which they subscribed. One thread only. Subscribing and leaving during a
-/// delivery is safe: who leaves is not called any more, who joins is still called in the same delivery.
+/// Calls its listeners in the order in which they subscribed. One thread only. Subscribing, leaving and destroying the
+/// signal during a delivery are safe: who leaves is not called any more, who joins is called from the next one on.
 template <typename... Arguments>
 class Signal {
 public:
     using Listener = std::function<void(Arguments...)>;
 
-    [[nodiscard]] Subscription subscribe(Listener listener) {
+    [[nodiscard]] Subscription subscribe(Listener listener) const {
         auto slot = std::make_shared<Slot>(Slot{std::move(listener), true});
         state_->slots.push_back(slot);
         return Subscription([state = std::weak_ptr<State>(state_), slot] {
@@ -53,10 +55,11 @@ public:
         });
     }
 
-    void emit(Arguments... arguments) const {
+    void emit(Arguments... arguments) {
         const auto state = state_;  // a listener may destroy this signal
         ++state->deliveries;
-        for (std::size_t i = 0; i < state->slots.size(); ++i) {
+        const std::size_t count = state->slots.size();
+        for (std::size_t i = 0; i < count; ++i) {
             const auto slot = state->slots[i];
             if (slot->isActive)
                 slot->listener(arguments...);
@@ -77,8 +80,14 @@ private:
         int deliveries = 0;
 
         void sweep() {
-            if (deliveries == 0)
-                std::erase_if(slots, [](const auto& slot) { return !slot->isActive; });
+            if (deliveries != 0)
+                return;
+            // Destroyed last, outside the list: a listener may own a subscription to this very signal.
+            std::vector<std::shared_ptr<Slot>> gone;
+            const auto live =
+                std::stable_partition(slots.begin(), slots.end(), [](const auto& slot) { return slot->isActive; });
+            gone.assign(std::make_move_iterator(live), std::make_move_iterator(slots.end()));
+            slots.erase(live, slots.end());
         }
     };
     std::shared_ptr<State> state_ = std::make_shared<State>();

@@ -98,12 +98,15 @@ std::string_view trimmed(std::string_view text) {
         begin = next;
     }
     while (end > begin) {
-        std::size_t previous = end;
+        std::size_t start = end - 1;
+        while (start > begin && end - start < 4 && U8_IS_TRAIL(bytes[start]))
+            --start;
+        std::size_t next = start;
         UChar32 character;
-        U8_PREV(bytes, begin, previous, character);
-        if (!u_isUWhiteSpace(character))
+        U8_NEXT(bytes, next, end, character);
+        if (next != end || !u_isUWhiteSpace(character))
             break;
-        end = previous;
+        end = start;
     }
     return text.substr(begin, end - begin);
 }

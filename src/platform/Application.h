@@ -21,7 +21,7 @@ public:
     virtual ~Application() = default;
 
     [[nodiscard]] virtual ApplicationDelegate* delegate() const = 0;  ///< null: none
-    virtual void setDelegate(ApplicationDelegate* delegate) = 0;
+    virtual void setDelegate(ApplicationDelegate* delegate) = 0;      ///< not owned; null before it goes
 
     /// Brings this program to the front, whatever else is there.
     virtual void activateIgnoringOtherApps() = 0;

@@ -28,8 +28,9 @@ public:
     virtual void enable(bool isEnabled) = 0;
 };
 
-/// What a tap wants to see. A desktop that cannot show every key press delivers at least each press of `key` while
-/// `flags` are held, whatever other modifiers are held too.
+/// What a tap wants to see. A desktop that cannot show every key press delivers each press of `key` while `flags` are
+/// held, whatever other modifiers are held too, and nothing else; such a press is taken from the applications already,
+/// and `passOn` counts as `remove`.
 struct TapRequest {
     EventTapLocation location = EventTapLocation::session;
     TapPlacement placement = TapPlacement::headInsert;
@@ -45,7 +46,8 @@ public:
     virtual ~EventTaps() = default;
 
     /// The callback runs on the main thread for each press, auto-repeats included, and says whether the press goes on
-    /// to the applications. Null when the desktop refuses, for example because another program holds the combination.
+    /// to the applications. Null when the desktop refuses, for example because another program holds the combination;
+    /// one that others hold with further modifiers only is left to them.
     [[nodiscard]] virtual std::unique_ptr<EventTap> create(const TapRequest& request,
                                                            std::function<TapVerdict(const TappedKey&)> callback) = 0;
 };

@@ -11,9 +11,13 @@ enum class EventSourceState { hidSystem = 1 };
 enum class EventTapLocation { hid = 0, session = 1 };
 enum class KeyDirection { down, up };
 
-/// Where key events claim to come from.
+/// Where key events claim to come from, and one run of posting. Destroying it releases whatever is still down of what
+/// was posted from it and gives the modifiers that fingers hold back to the applications.
 class KeyEventSource {
 public:
+    KeyEventSource() = default;
+    KeyEventSource(const KeyEventSource&) = delete;
+    KeyEventSource& operator=(const KeyEventSource&) = delete;
     virtual ~KeyEventSource() = default;
 };
 
@@ -33,8 +37,9 @@ public:
     [[nodiscard]] virtual std::unique_ptr<KeyEvent> createKeyEvent(KeyEventSource& source, VirtualKey key,
                                                                    KeyDirection direction) = 0;  ///< null: refused
 
-    /// Posts an event that `createKeyEvent` made. Command and V together reach the application as the chord that
-    /// pastes there, whatever keys the user's fingers hold meanwhile.
+    /// Posts an event that `createKeyEvent` made; the server has it when this returns. Command and V together reach the
+    /// application as the chord that pastes there, whatever keys the user's fingers hold meanwhile: a backend may hold
+    /// the modifier back and send the whole chord at V, so that no finger moves between its keys.
     virtual void post(EventTapLocation location, const KeyEvent& event) = 0;
 };
 

@@ -8,7 +8,8 @@
 namespace brindle {
 
 /// The main thread's queue of steps and the only source of time. Steps run one after the other on the main thread,
-/// never from within a call of this class.
+/// never from within a call of this class, by deadline and then in the order of the calls; setting the wall clock
+/// moves no deadline. Steps that are still pending when the queue is destroyed are dropped.
 class MainQueue {
 public:
     virtual ~MainQueue() = default;
@@ -23,8 +24,10 @@ public:
     /// Runs the step every `seconds` until the subscription is let go. Missed ticks are not made up for.
     [[nodiscard]] virtual Subscription repeat(double seconds, std::function<void()> step) = 0;
 
-    /// The wall clock.
+    /// The wall clock, for dates.
     [[nodiscard]] virtual Date now() const = 0;
+    /// Seconds of a clock that nobody sets, for limits.
+    [[nodiscard]] virtual double uptime() const = 0;
 
     /// Blocks the main thread: only for the few milliseconds between two posted key events.
     virtual void sleepMicroseconds(unsigned microseconds) = 0;

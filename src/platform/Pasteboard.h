@@ -8,10 +8,13 @@
 namespace brindle {
 
 /// The desktop's general pasteboard (on X11 the CLIPBOARD selection). Main thread; no operation waits for another
-/// program.
+/// program. A write of our own ends every reading under way, which then never counts nor shows; the desktop's notice of
+/// our own ownership does not count.
 class Pasteboard {
 public:
     virtual ~Pasteboard() = default;
+
+    static constexpr double readDeadline = 3.0;  ///< seconds without progress after which an owner is given up
 
     /// Grows by one when what another program put there has arrived here, was refused or did not come in time, and by
     /// one for a write of our own (clearing and setting together). 0 until something is on the pasteboard.

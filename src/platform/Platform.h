@@ -15,6 +15,7 @@ class MainQueue;
 class MouseMonitor;
 class Pasteboard;
 class Popovers;
+class SingleInstance;
 class StatusBar;
 class SystemInformation;
 class Workspace;
@@ -37,6 +38,7 @@ public:
     virtual MouseMonitor& mouseMonitor() = 0;
     virtual Pasteboard& pasteboard() = 0;
     virtual Popovers& popovers() = 0;
+    virtual SingleInstance& singleInstance() = 0;
     virtual StatusBar& statusBar() = 0;
     virtual SystemInformation& systemInformation() = 0;
     virtual Workspace& workspace() = 0;

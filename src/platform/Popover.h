@@ -22,7 +22,9 @@ public:
     virtual ~Popover() = default;
 
     virtual void setContentSize(Size points) = 0;
-    /// Transient: it closes by itself when the focus goes to another program or Escape is not wanted by its content.
+    /// Transient: it closes by itself when the focus goes to another program or when Escape is not wanted by its
+    /// content; not for a menu, dialog or sheet of its own. A click on the status item does not close it this way: the
+    /// item's action still finds it shown.
     virtual void setBehavior(PopoverBehavior behavior) = 0;
     virtual void setAnimates(bool animates) = 0;
     virtual void setContent(std::unique_ptr<PopoverContent> content) = 0;

@@ -25,7 +25,7 @@ public:
     [[nodiscard]] virtual std::optional<std::string> localizedName() const = 0;
     [[nodiscard]] virtual std::int32_t processIdentifier() const = 0;  ///< -1 when unknown
     [[nodiscard]] virtual ActivationPolicy activationPolicy() const = 0;
-    [[nodiscard]] virtual bool isTerminated() const = 0;
+    [[nodiscard]] virtual bool isTerminated() const = 0;  ///< the process or the window is gone
 
     /// Asks the desktop to bring it to the front, other applications ignored. Returns whether the request could be
     /// made; that it was followed shows in the workspace's frontmost application.

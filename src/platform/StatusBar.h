@@ -25,6 +25,7 @@ public:
     [[nodiscard]] virtual Rect bounds() const = 0;
 
     virtual void setImage(const Image& image) = 0;
+    /// Runs once a click, after the mouse monitor's handlers have been spared that click.
     virtual void setAction(std::function<void()> action) = 0;
     /// Which mouse events run the action; `Application::currentEvent` tells them apart.
     virtual void sendActionOn(std::uint64_t mask) = 0;
@@ -40,6 +41,9 @@ public:
     [[nodiscard]] virtual StatusButton* button() = 0;  ///< null: this desktop gives none
     /// The menu for the next `performClick`; none takes it away (one that is open stays until it is closed).
     virtual void setMenu(std::optional<Menu> menu) = 0;
+    /// For trays that draw the menu themselves and report no right click: asked when such a tray wants it, and never
+    /// shown elsewhere.
+    virtual void setHostMenu(std::function<Menu()> makeMenu) = 0;
 };
 
 class StatusBar {

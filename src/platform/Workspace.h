@@ -13,12 +13,16 @@ namespace brindle {
 /// What is in front, and the applications and addresses that the desktop knows. Main thread.
 class Workspace {
 public:
+    static constexpr double settlingTime = 0.02;  ///< seconds
+
     virtual ~Workspace() = default;
 
-    /// The application that has the focus, this program included; empty when none has.
+    /// The application that has the focus, this program included. Empty when none has had it for `settlingTime`; until
+    /// then the last answer stands, because window managers report none between two windows.
     [[nodiscard]] virtual RunningApplicationHandle frontmostApplication() const = 0;
 
-    /// Calls after another application (or this one) came to the front. The handle may be empty.
+    /// Calls after another window came to the front, also one of the same application, or one of this program.
+    /// `frontmostApplication` answers with it by then. The handle may be empty.
     [[nodiscard]] virtual Subscription onDidActivateApplication(
         std::function<void(const RunningApplicationHandle&)> observer) = 0;
 

@@ -22,7 +22,7 @@ public:
     void startMonitoring();
     void checkClipboard();  ///< one poll
 
-    Published<std::int64_t>& lastChangeCount() { return lastChangeCount_; }
+    [[nodiscard]] const Published<std::int64_t>& lastChangeCount() const { return lastChangeCount_; }
 
     /// Who writes to the pasteboard without wanting it captured sets this first, then clears, then writes. The next
     /// poll that sees a change clears it again and captures nothing.

@@ -23,7 +23,7 @@ public:
     virtual void activatePreviousApp() = 0;
 
 protected:
-    ~FocusDelegate() = default;
+    ~FocusDelegate() override = default;
 };
 
 /// The application's delegate in that role; null when there is none or it is another kind: the caller then skips the

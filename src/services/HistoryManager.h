@@ -23,8 +23,10 @@ public:
     HistoryManager(const HistoryManager&) = delete;
     HistoryManager& operator=(const HistoryManager&) = delete;
 
-    Published<std::vector<ClipboardItem>>& history() { return history_; }       ///< newest first
-    Published<std::vector<CustomList>>& customLists() { return customLists_; }  ///< in order of creation
+    /// Newest first.
+    [[nodiscard]] const Published<std::vector<ClipboardItem>>& history() const { return history_; }
+    /// In order of creation.
+    [[nodiscard]] const Published<std::vector<CustomList>>& customLists() const { return customLists_; }
 
     /// Puts a new entry at the front. The same content and type at the front already: nothing happens. Unpinned
     /// duplicates go, then unpinned entries from the old end until the limit holds.

@@ -15,9 +15,9 @@ public:
     SettingsManager(const SettingsManager&) = delete;
     SettingsManager& operator=(const SettingsManager&) = delete;
 
-    Published<std::int64_t>& maxClipboardItems() { return maxClipboardItems_; }
-    Published<AppTheme>& appTheme() { return appTheme_; }
-    Published<bool>& launchAtLogin() { return launchAtLogin_; }
+    [[nodiscard]] const Published<std::int64_t>& maxClipboardItems() const { return maxClipboardItems_; }
+    [[nodiscard]] const Published<AppTheme>& appTheme() const { return appTheme_; }
+    [[nodiscard]] const Published<bool>& launchAtLogin() const { return launchAtLogin_; }
 
     void setMaxClipboardItems(std::int64_t count);  ///< no bounds are applied
     void setAppTheme(AppTheme theme);
