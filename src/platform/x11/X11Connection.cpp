@@ -1,7 +1,10 @@
 #include "platform/x11/X11Connection.h"
 
+#include <xcb/xinput.h>
+
 #include <QAbstractEventDispatcher>
 #include <QCoreApplication>
+#include <QPointer>
 #include <QSocketNotifier>
 #include <utility>
 
@@ -76,28 +79,55 @@ std::uint8_t X11Connection::firstEvent(xcb_extension_t& extension) {
 }
 
 Subscription X11Connection::onEvent(std::uint8_t type, Handler handler) {
-    const auto kept = std::make_shared<Handler>(std::move(handler));
-    handlers_[type] = kept;
-    return Subscription([this, type, kept] {
-        if (const auto found = handlers_.find(type); found != handlers_.end() && found->second == kept)
-            handlers_.erase(found);
-    });
+    return handlers_[type].subscribe(std::move(handler));
 }
 
 Subscription X11Connection::onGenericEvent(xcb_extension_t& extension, std::uint16_t type, Handler handler) {
-    const auto key = genericKey(xcb_get_extension_data(connection_, &extension)->major_opcode, type);
-    const auto kept = std::make_shared<Handler>(std::move(handler));
-    handlers_[key] = kept;
-    return Subscription([this, key, kept] {
-        if (const auto found = handlers_.find(key); found != handlers_.end() && found->second == kept)
-            handlers_.erase(found);
-    });
+    const auto opcode = xcb_get_extension_data(connection_, &extension)->major_opcode;
+    return handlers_[genericKey(opcode, type)].subscribe(std::move(handler));
 }
 
 void X11Connection::selectEvents(xcb_window_t window, std::uint32_t mask) {
     auto& selected = eventMasks_[window];
     selected |= mask;
     xcb_change_window_attributes(connection_, window, XCB_CW_EVENT_MASK, &selected);
+}
+
+bool X11Connection::announcesXInput() {
+    if (!hasXInput_) {
+        hasXInput_ = false;
+        if (hasExtension(xcb_input_id)) {
+            const XcbPointer<xcb_input_xi_query_version_reply_t> version(
+                xcb_input_xi_query_version_reply(connection_, xcb_input_xi_query_version(connection_, 2, 2), nullptr));
+            hasXInput_ = version && (version->major_version > 2 || version->minor_version >= 2);
+        }
+    }
+    return *hasXInput_;
+}
+
+Subscription X11Connection::selectRawEvents(std::uint32_t mask) {
+    if (!announcesXInput())
+        return {};
+    rawMasks_.insert(mask);
+    applyRawEvents();
+    return Subscription([self = QPointer(this), mask] {
+        if (!self)
+            return;
+        self->rawMasks_.erase(self->rawMasks_.find(mask));
+        self->applyRawEvents();
+    });
+}
+
+// The server keeps one mask for each client, window and device; the last one set counts.
+void X11Connection::applyRawEvents() {
+    struct {
+        xcb_input_event_mask_t head;
+        std::uint32_t mask;
+    } selected{{XCB_INPUT_DEVICE_ALL_MASTER, 1}, 0};
+    for (const auto mask : rawMasks_)
+        selected.mask |= mask;
+    xcb_input_xi_select_events(connection_, root(), 1, &selected.head);
+    flush();
 }
 
 std::optional<std::string> X11Connection::property(xcb_window_t window, xcb_atom_t name, xcb_atom_t type,
@@ -148,10 +178,18 @@ void X11Connection::dispatch(const xcb_generic_event_t& event) {
         const auto& generic = reinterpret_cast<const xcb_ge_generic_event_t&>(event);
         key = genericKey(generic.extension, generic.event_type);
     }
-    if (const auto found = handlers_.find(key); found != handlers_.end()) {
-        const auto handler = found->second;  // it may be replaced while it runs
-        (*handler)(event);
-    }
+    noteTime(event, type);
+    if (type == XCB_DESTROY_NOTIFY)
+        eventMasks_.erase(reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window);
+    if (const auto found = handlers_.find(key); found != handlers_.end())
+        found->second.emit(event);
+}
+
+void X11Connection::noteTime(const xcb_generic_event_t& event, std::uint8_t type) {
+    if (type == XCB_KEY_PRESS || type == XCB_KEY_RELEASE)
+        lastTime_ = reinterpret_cast<const xcb_key_press_event_t&>(event).time;
+    else if (type == XCB_PROPERTY_NOTIFY)
+        lastTime_ = reinterpret_cast<const xcb_property_notify_event_t&>(event).time;
 }
 
 }  // namespace brindle

@@ -11,6 +11,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "base/Signal.h"
@@ -50,14 +51,20 @@ public:
     /// The number of the first event of a present extension.
     [[nodiscard]] std::uint8_t firstEvent(xcb_extension_t& extension);
 
-    /// Calls the handler for each event of that type; an extension's events count from `firstEvent`. One handler a type
-    /// and connection: a second one replaces the first.
+    /// Calls the handler for each event of that type, whichever window it is for; an extension's events count from
+    /// `firstEvent`. Handlers of one type run in the order in which they came.
     [[nodiscard]] Subscription onEvent(std::uint8_t type, Handler handler);
     /// The same for generic events (XInput 2), by extension and event type.
     [[nodiscard]] Subscription onGenericEvent(xcb_extension_t& extension, std::uint16_t type, Handler handler);
 
     /// Adds to the events that this client wants of a window.
     void selectEvents(xcb_window_t window, std::uint32_t mask);
+    /// Wants raw events (`XCB_INPUT_XI_EVENT_MASK_RAW_…`) of all devices, also while somebody grabs them, until the
+    /// subscription is let go. Empty when the server has no XInput 2.2: with 2.0 a grab would hide the releases.
+    [[nodiscard]] Subscription selectRawEvents(std::uint32_t mask);
+
+    /// The newest of the server's times seen on an event here; 0, which is the current time, before the first.
+    [[nodiscard]] xcb_timestamp_t lastTime() const { return lastTime_; }
 
     /// The whole property, up to `limit` bytes; none when the window or the property is gone or of another type.
     [[nodiscard]] std::optional<std::string> property(xcb_window_t window, xcb_atom_t name, xcb_atom_t type,
@@ -74,12 +81,18 @@ private:
     void readEvents();
     void dispatchQueued();
     void dispatch(const xcb_generic_event_t& event);
+    void noteTime(const xcb_generic_event_t& event, std::uint8_t type);
+    [[nodiscard]] bool announcesXInput();
+    void applyRawEvents();
 
     xcb_connection_t* connection_;
     xcb_screen_t* screen_ = nullptr;
     std::unordered_map<std::string, xcb_atom_t> atoms_;
-    std::unordered_map<std::uint32_t, std::shared_ptr<Handler>> handlers_;
+    std::unordered_map<std::uint32_t, Signal<const xcb_generic_event_t&>> handlers_;
     std::unordered_map<xcb_window_t, std::uint32_t> eventMasks_;
+    std::unordered_multiset<std::uint32_t> rawMasks_;
+    std::optional<bool> hasXInput_;
+    xcb_timestamp_t lastTime_ = XCB_CURRENT_TIME;
 };
 
 }  // namespace brindle
