@@ -1,0 +1,129 @@
+#include "views/Fonts.h"
+
+#include <QFontDatabase>
+#include <QFontMetricsF>
+#include <QGuiApplication>
+#include <QPainter>
+#include <QRectF>
+#include <array>
+#include <cmath>
+#include <cstddef>
+
+namespace brindle {
+
+namespace {
+
+enum class Face { interface, monospaced };
+
+struct Measure {
+    int pixelSize;
+    QFont::Weight weight;
+    int lineHeight;
+    Face face = Face::interface;
+};
+
+constexpr auto styleCount = static_cast<std::size_t>(TextStyle::count);
+
+constexpr std::array<Measure, styleCount> measures = {{
+    {13, QFont::Normal, 16},
+    {13, QFont::Medium, 16},
+    {13, QFont::DemiBold, 16},
+    {11, QFont::Normal, 14},
+    {17, QFont::Bold, 21},
+    {10, QFont::Normal, 13},
+    {10, QFont::Medium, 13},
+    {12, QFont::Normal, 16},
+    {12, QFont::Medium, 16},
+    {14, QFont::Medium, 17},
+    {40, QFont::Normal, 48},
+    {13, QFont::Normal, 16, Face::monospaced},
+}};
+
+const Measure& measure(TextStyle style) {
+    return measures[static_cast<std::size_t>(style)];
+}
+
+/// What the toolkit calls the font of a desktop that has not chosen one.
+bool isNoChoice(const QString& family) {
+    return family.isEmpty() || family.compare("sans serif", Qt::CaseInsensitive) == 0 ||
+           family.compare("sans-serif", Qt::CaseInsensitive) == 0 || family.compare("sans", Qt::CaseInsensitive) == 0;
+}
+
+QString interfaceFamily() {
+    const QString inter = QStringLiteral("Inter");
+    const QString desktop = QGuiApplication::font().family();
+    return isNoChoice(desktop) && QFontDatabase::hasFamily(inter) ? inter : desktop;
+}
+
+QFont makeFont(const Measure& wanted) {
+    QFont made(wanted.face == Face::monospaced ? QFontDatabase::systemFont(QFontDatabase::FixedFont).family()
+                                               : interfaceFamily());
+    if (wanted.face == Face::monospaced)
+        made.setStyleHint(QFont::Monospace);
+    made.setPixelSize(wanted.pixelSize);
+    made.setWeight(wanted.weight);
+    made.setHintingPreference(QFont::PreferNoHinting);
+    made.setStyleStrategy(static_cast<QFont::StyleStrategy>(QFont::PreferAntialias | QFont::NoSubpixelAntialias));
+    return made;
+}
+
+struct Typeface {
+    QFont font;
+    double baseline;
+};
+
+Typeface makeTypeface(const Measure& wanted) {
+    const QFont made = makeFont(wanted);
+    const QFontMetricsF metrics(made);
+    const double ascent = std::round(metrics.ascent());
+    const double descent = std::round(metrics.descent());
+    return {made, std::floor((wanted.lineHeight - ascent - descent) / 2) + ascent};
+}
+
+const Typeface& typeface(TextStyle style) {
+    static const auto all = [] {
+        std::array<Typeface, styleCount> made;
+        for (std::size_t i = 0; i < styleCount; ++i)
+            made[i] = makeTypeface(measures[i]);
+        return made;
+    }();
+    return all[static_cast<std::size_t>(style)];
+}
+
+}  // namespace
+
+QFont textFont(TextStyle style) {
+    return typeface(style).font;
+}
+
+int lineHeight(TextStyle style) {
+    return measure(style).lineHeight;
+}
+
+double baseline(TextStyle style) {
+    return typeface(style).baseline;
+}
+
+double textWidth(const QString& text, TextStyle style) {
+    return QFontMetricsF(textFont(style)).horizontalAdvance(text);
+}
+
+void drawTextLine(QPainter& painter, const QRectF& place, const QString& text, TextStyle style,
+                  Qt::Alignment alignment) {
+    const QFontMetricsF metrics(textFont(style));
+    QString shown = text;
+    double width = metrics.horizontalAdvance(shown);
+    if (width > place.width() + 0.5) {
+        shown = metrics.elidedText(text, Qt::ElideRight, place.width());
+        width = metrics.horizontalAdvance(shown);
+    }
+    double x = place.left();
+    if (alignment & Qt::AlignHCenter)
+        x += (place.width() - width) / 2;
+    else if (alignment & Qt::AlignRight)
+        x += place.width() - width;
+    painter.setFont(textFont(style));
+    painter.drawText(QPointF(x, place.top() + (place.height() - lineHeight(style)) / 2 + baseline(style)), shown);
+}
+
+}  // namespace brindle
