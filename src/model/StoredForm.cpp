@@ -1,0 +1,250 @@
+#include "model/StoredForm.h"
+
+#include <rapidjson/memorystream.h>
+#include <rapidjson/reader.h>
+#include <rapidjson/stringbuffer.h>
+#include <rapidjson/writer.h>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstddef>
+#include <functional>
+#include <span>
+#include <utility>
+#include <variant>
+
+#include "base/Unicode.h"
+
+namespace brindle {
+
+namespace {
+
+using rapidjson::SizeType;
+
+enum ItemKey : std::size_t { idKey, contentKey, typeKey, dateKey, sourceAppKey, isPinnedKey, listIdKey };
+constexpr std::array<std::string_view, 7> itemKeys = {"id",        "content",  "type",  "date",
+                                                      "sourceApp", "isPinned", "listId"};
+
+enum ListKey : std::size_t { listIdentityKey, nameKey, createdAtKey };
+constexpr std::array<std::string_view, 3> listKeys = {"id", "name", "createdAt"};
+
+/// An array, an object, a number beyond a double or a text with half a surrogate pair.
+struct Unusable {};
+
+/// What an object has under one key; nothing when it is missing or null.
+using Value = std::variant<std::monostate, bool, double, std::string, Unusable>;
+using Values = std::array<Value, itemKeys.size()>;
+
+/// Takes an array of objects apart and hands each object's values under the known keys (of equal keys the last) to
+/// `take`, which says whether they will do. Whatever stands under other keys is passed over.
+class ObjectsHandler : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, ObjectsHandler> {
+public:
+    ObjectsHandler(std::span<const std::string_view> keys, std::function<bool(Values&)> take)
+        : keys_(keys), take_(std::move(take)), current_(keys.size()) {}
+
+    // The names are the parser's.
+    bool Null() { return put({}); }
+    bool Bool(bool flag) { return put(flag); }
+    bool RawNumber(const char* digits, SizeType length, bool /*copy*/) {
+        double number = 0;
+        const auto read = std::from_chars(digits, digits + length, number);
+        return read.ec == std::errc() ? put(number) : put(Unusable());
+    }
+    bool String(const char* text, SizeType length, bool /*copy*/) {
+        const std::string_view view(text, length);
+        if (!isWanted())
+            return put({});
+        return unicode::isWellFormed(view) ? put(std::string(view)) : put(Unusable());
+    }
+    bool StartArray() { return open(outermost); }
+    bool EndArray(SizeType /*count*/) {
+        --depth_;
+        return true;
+    }
+    bool StartObject() {
+        if (depth_ == outermost + 1)
+            values_.fill({});
+        return open(outermost + 1);
+    }
+    bool EndObject(SizeType /*count*/) { return --depth_ != outermost + 1 || take_(values_); }
+    bool Key(const char* name, SizeType length, bool /*copy*/) {
+        if (depth_ == withinObject)
+            current_ = std::find(keys_.begin(), keys_.end(), std::string_view(name, length)) - keys_.begin();
+        return true;
+    }
+
+private:
+    static constexpr std::size_t outermost = 0;
+    static constexpr std::size_t withinObject = 2;
+
+    [[nodiscard]] bool isWanted() const { return depth_ == withinObject && current_ < keys_.size(); }
+
+    bool put(Value value) {
+        if (isWanted())
+            values_[current_] = std::move(value);
+        return depth_ >= withinObject;
+    }
+
+    /// An array belongs outermost and an object within it; deeper ones are values.
+    bool open(std::size_t place) {
+        if (depth_ != place && !put(Unusable()))
+            return false;
+        ++depth_;
+        return true;
+    }
+
+    std::span<const std::string_view> keys_;
+    std::function<bool(Values&)> take_;
+    Values values_;
+    std::size_t current_;
+    std::size_t depth_ = outermost;  // arrays and objects that are open
+};
+
+/// Iterative, so that depth costs heap and not stack.
+bool read(std::string_view json, ObjectsHandler& handler) {
+    constexpr unsigned flags =
+        rapidjson::kParseIterativeFlag | rapidjson::kParseValidateEncodingFlag | rapidjson::kParseNumbersAsStringsFlag;
+    rapidjson::MemoryStream stream(json.data(), json.size());
+    rapidjson::Reader reader;
+    // The parser takes a NUL for the end of the text; there may be more behind it.
+    return !reader.Parse<flags>(stream, handler).IsError() && stream.Tell() == json.size();
+}
+
+template <typename Record>
+std::optional<std::vector<Record>> decode(std::string_view json, std::span<const std::string_view> keys,
+                                          std::optional<Record> (*make)(Values&)) {
+    std::vector<Record> records;
+    ObjectsHandler handler(keys, [&records, make](Values& values) {
+        auto record = make(values);
+        if (record)
+            records.push_back(std::move(*record));
+        return record.has_value();
+    });
+    if (!read(json, handler))
+        return std::nullopt;
+    return records;
+}
+
+bool isAbsent(const Value& value) {
+    return std::holds_alternative<std::monostate>(value);
+}
+
+std::optional<Uuid> uuid(const Value& value) {
+    const auto* text = std::get_if<std::string>(&value);
+    return text ? Uuid::parse(*text) : std::nullopt;
+}
+
+std::optional<ItemType> itemType(const Value& value) {
+    const auto* raw = std::get_if<std::string>(&value);
+    return raw ? itemTypeFromRawValue(*raw) : std::nullopt;
+}
+
+std::optional<ClipboardItem> makeItem(Values& values) {
+    const auto id = uuid(values[idKey]);
+    auto* const content = std::get_if<std::string>(&values[contentKey]);
+    const auto type = itemType(values[typeKey]);
+    const auto* const date = std::get_if<double>(&values[dateKey]);
+    auto* const sourceApp = std::get_if<std::string>(&values[sourceAppKey]);
+    const auto* const isPinned = std::get_if<bool>(&values[isPinnedKey]);
+    const auto listId = uuid(values[listIdKey]);
+    if (!id || !content || !type || !date || !isPinned || (!sourceApp && !isAbsent(values[sourceAppKey])) ||
+        (!listId && !isAbsent(values[listIdKey])))
+        return std::nullopt;
+    ClipboardItem item{*id, std::move(*content), *type, Date{*date}, std::nullopt, *isPinned, listId};
+    if (sourceApp)
+        item.sourceApp = std::move(*sourceApp);
+    return item;
+}
+
+std::optional<CustomList> makeList(Values& values) {
+    const auto id = uuid(values[listIdentityKey]);
+    auto* const name = std::get_if<std::string>(&values[nameKey]);
+    const auto* const createdAt = std::get_if<double>(&values[createdAtKey]);
+    if (!id || !name || !createdAt)
+        return std::nullopt;
+    return CustomList{*id, std::move(*name), Date{*createdAt}};
+}
+
+class RecordWriter {
+public:
+    void beginArray() { writer_.StartArray(); }
+    void beginObject() { writer_.StartObject(); }
+    void endObject() { writer_.EndObject(); }
+    std::string endArray() {
+        writer_.EndArray();
+        return {buffer_.GetString(), buffer_.GetSize()};
+    }
+
+    /// One ill-formed text would make all of the blob unreadable, so none is written.
+    void put(std::string_view key, const std::string& text) {
+        writeKey(key);
+        writeString(unicode::isWellFormed(text) ? text : unicode::repaired(text));
+    }
+    void put(std::string_view key, const Uuid& id) { put(key, id.text()); }
+    void put(std::string_view key, Date date) {
+        writeKey(key);
+        writer_.Double(date.seconds);
+    }
+    void put(std::string_view key, bool flag) {
+        writeKey(key);
+        writer_.Bool(flag);
+    }
+
+private:
+    void writeKey(std::string_view key) { writer_.Key(key.data(), static_cast<SizeType>(key.size())); }
+    void writeString(std::string_view text) { writer_.String(text.data(), static_cast<SizeType>(text.size())); }
+
+    rapidjson::StringBuffer buffer_;
+    rapidjson::Writer<rapidjson::StringBuffer> writer_{buffer_};
+};
+
+void write(RecordWriter& writer, const ClipboardItem& item) {
+    writer.put(itemKeys[idKey], item.id);
+    writer.put(itemKeys[contentKey], item.content.string());
+    writer.put(itemKeys[typeKey], std::string(rawValue(item.type)));
+    writer.put(itemKeys[dateKey], item.date);
+    if (item.sourceApp)
+        writer.put(itemKeys[sourceAppKey], item.sourceApp->string());
+    writer.put(itemKeys[isPinnedKey], item.isPinned);
+    if (item.listId)
+        writer.put(itemKeys[listIdKey], *item.listId);
+}
+
+void write(RecordWriter& writer, const CustomList& list) {
+    writer.put(listKeys[listIdentityKey], list.id);
+    writer.put(listKeys[nameKey], list.name);
+    writer.put(listKeys[createdAtKey], list.createdAt);
+}
+
+template <typename Record>
+std::string encode(const std::vector<Record>& records) {
+    RecordWriter writer;
+    writer.beginArray();
+    for (const Record& record : records) {
+        writer.beginObject();
+        write(writer, record);
+        writer.endObject();
+    }
+    return writer.endArray();
+}
+
+}  // namespace
+
+std::string encodeHistory(const std::vector<ClipboardItem>& history) {
+    return encode(history);
+}
+
+std::string encodeLists(const std::vector<CustomList>& lists) {
+    return encode(lists);
+}
+
+std::optional<std::vector<ClipboardItem>> decodeHistory(std::string_view json) {
+    return decode<ClipboardItem>(json, itemKeys, makeItem);
+}
+
+std::optional<std::vector<CustomList>> decodeLists(std::string_view json) {
+    return decode<CustomList>(json, listKeys, makeList);
+}
+
+}  // namespace brindle
