@@ -27,6 +27,7 @@ private:
     explicit CyclingPasteManager(HistoryManager& historyManager);
     void setupEventTap();
     TapVerdict handleTapEvent(const TappedKey& pressed);
+    void rememberFrontmost();
 
     HistoryManager& historyManager_;
     std::size_t currentIndex_ = 0;

@@ -46,6 +46,9 @@ public:
     void saveLists();
 
 private:
+    /// Changes and saves the first entry with that id; without one nothing happens.
+    template <typename Change>
+    void changeEntry(const Uuid& id, Change change);
     void loadHistory();
     void loadLists();
 

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <utility>
 
 #include "platform/HotKeys.h"
 
@@ -12,7 +13,6 @@ class HotKeyManager {
 public:
     static HotKeyManager& shared();
 
-    HotKeyManager() = default;
     HotKeyManager(const HotKeyManager&) = delete;
     HotKeyManager& operator=(const HotKeyManager&) = delete;
 
@@ -23,6 +23,7 @@ public:
     void setOnTrigger(std::function<void()> action) { onTrigger_ = std::move(action); }
 
 private:
+    HotKeyManager() = default;
     void handleHotKeyEvent();
 
     EventHandlerRef eventHandler_ = 0;
