@@ -16,7 +16,7 @@ class HistoryManager;
 class SettingsManager;
 
 /// Creates and owns everything that lives as long as the process, keeps track of the application to paste into, and
-/// runs the status item and the popover. Main thread.
+/// runs the status item and the popover. Main thread. Made by `std::make_shared`: what others keep holds it weakly.
 class AppDelegate final : public FocusDelegate, public std::enable_shared_from_this<AppDelegate> {
 public:
     /// Builds what the popover shows, on the three managers.
@@ -56,7 +56,10 @@ private:
     void createPopover();
     void createStatusItem();
     void handleOutsideClick();
+    [[nodiscard]] StatusButton* statusButton() const;
     [[nodiscard]] Menu makeQuitMenu();
+    /// The operation as an action that may outlive this delegate and then does nothing.
+    [[nodiscard]] std::function<void()> weakly(void (AppDelegate::*operation)());
 
     MakeContent makeContent_;
     // In the order of creation: the popover's views watch the managers and go first.
