@@ -1,0 +1,264 @@
+"""The programs in which people copy and paste, and Brindle itself, as the tests use them."""
+import contextlib
+import json
+import os
+import pathlib
+import signal
+import sqlite3
+import subprocess
+import threading
+import time
+import unittest
+
+from desktop import Desktop
+from x11 import Rect
+
+BRINDLE = os.environ.get("BRINDLE", "")
+POPOVER = (350, 500)
+ROWS_TOP, ROW_HEIGHT = 101, 57  # of rows with one line of text
+MENU_PADDING, MENU_ITEM_HEIGHT = 6, 26
+HOT_KEY = ("Super_L", "Shift_L", "v")
+TERMINAL_SCRIPT = 'stty -icanon -echo; exec cat >> "$0"'
+
+EDITORS = {  # program: (arguments before the file, window class, bundle identifier)
+    "mousepad": (["mousepad", "--opening-mode=window"], "mousepad", "org.xfce.mousepad"),
+    "featherpad": (["featherpad", "--win"], "featherpad", "featherpad"),
+    "gnome-text-editor": (["gnome-text-editor", "--new-window"], "gnome-text-editor", "org.gnome.TextEditor"),
+    "xterm": (["xterm", "-e", "sh", "-c", TERMINAL_SCRIPT], "xterm", "debian-xterm"),
+    "konsole": (["konsole", "-e", "sh", "-c", TERMINAL_SCRIPT], "konsole", "org.kde.konsole"),
+    "xfce4-terminal": (["xfce4-terminal", "-x", "sh", "-c", TERMINAL_SCRIPT], "xfce4-terminal", "xfce4-terminal"),
+}
+TERMINALS = ("xterm", "konsole", "xfce4-terminal")
+
+
+class Editor:
+    """One window of an editor or terminal on a file of its own."""
+
+    def __init__(self, desktop, program, text="", name="notes.txt"):
+        self.desktop, self.x, self.program = desktop, desktop.x, program
+        self.path = desktop.home / name
+        self.path.write_text(text)
+        command, window_class, self.bundle_identifier = EDITORS[program]
+        before = set(self.x.windows(window_class))
+        self.process = desktop.run(*command, str(self.path))
+        self.window = desktop.wait_for(lambda: self._new_window(window_class, before), 30, f"window of {program}")
+        self.activate()
+
+    def _new_window(self, window_class, before):
+        found = [window for window in self.x.windows(window_class)
+                 if window not in before and window in self.x.clients() + self._all_without_manager()]
+        return found and found[-1]
+
+    def _all_without_manager(self):
+        return [] if self.desktop.window_manager else self.x.children(self.x.root)
+
+    def activate(self):
+        if self.desktop.window_manager:
+            self.desktop.wait_for(self._try_to_activate, 10, f"{self.program} in front")
+
+    def _try_to_activate(self):
+        if self.x.active() == self.window:
+            return True
+        self.x.activate(self.window)
+        time.sleep(0.05)
+        return False
+
+    @property
+    def is_active(self):
+        return self.x.active() == self.window
+
+    def text(self):
+        """What is in the editor now; asks it to save."""
+        if self.program not in TERMINALS and self.is_active:
+            self.x.chord("Control_L", "s")
+            time.sleep(0.1)  # saving has no sign that tells it from having nothing to save
+        return self.path.read_text(errors="replace")
+
+    def await_text(self, expected, seconds=10):
+        try:
+            self.desktop.wait_for(lambda: self.text().rstrip("\n") == expected, seconds, f"{expected!r} in {self.program}")
+        except AssertionError as failure:
+            raise AssertionError(f"{failure}\n{self.program} has {self.path.read_text(errors='replace')!r}") from None
+
+    def copy_all(self):
+        self.x.chord("Control_L", "a")
+        self.x.chord("Control_L", "c")
+
+    def replace(self, text):
+        self.x.chord("Control_L", "a")
+        self.x.type(text)
+
+
+class Brindle:
+    """A running Brindle: what it says, what it stores, where it is on the screen."""
+
+    def __init__(self, desktop, ready=True, **environment):
+        self.desktop, self.x = desktop, desktop.x
+        self.lines = []
+        self._lines_changed = threading.Condition()
+        desktop.brindle = self
+        self.process = desktop.run(BRINDLE, stdout=subprocess.PIPE, environment=environment)
+        self._reader = threading.Thread(target=self._read, daemon=True)
+        self._reader.start()
+        if ready:
+            self.await_ready()
+
+    def _read(self):
+        for line in self.process.stdout:
+            with self._lines_changed:
+                self.lines.append(line.decode("utf-8", "replace").rstrip("\n"))
+                self._lines_changed.notify_all()
+
+    def await_ready(self):
+        """The icon is docked, or without a tray the store is there; the hot key comes in the same turn."""
+        if self.desktop.tray_name:
+            self.desktop.wait_for(self.icon, 20, "icon in the tray")
+        else:
+            self.desktop.wait_for(self.desktop.store_path.exists, 20, "store")
+        return self
+
+    def await_line(self, text, seconds=10, since=0):
+        """The first line that starts so, counted from line number `since`."""
+        def found():
+            return next((line for line in self.lines[since:] if line.startswith(text)), None)
+        return self.desktop.wait_for(found, seconds, f"line {text!r}")
+
+    # The store
+
+    def history(self):
+        if not self.desktop.store_path.exists():
+            return []
+        try:
+            store = sqlite3.connect(f"file:{self.desktop.store_path}?mode=ro", uri=True, timeout=5)
+            row = store.execute("select cast(value as text) from defaults where key = 'BrindleHistory'").fetchone()
+            store.close()
+        except sqlite3.OperationalError:  # the table is not there yet
+            return []
+        return json.loads(row[0]) if row else []
+
+    def contents(self):
+        return [item["content"] for item in self.history()]
+
+    def await_contents(self, expected, seconds=6):
+        try:
+            self.desktop.wait_for(lambda: self.contents() == expected, seconds, f"history is {_short(expected)}")
+        except AssertionError as failure:
+            raise AssertionError(f"{failure}\nthe history is {_short(self.contents())}") from None
+
+    # The screen
+
+    def _windows(self):
+        return [(window, self.x.rect(window)) for window in self.x.windows("brindle")]
+
+    def icon(self):
+        return next((rect for _, rect in self._windows() if rect and rect.width < 64 and rect.height < 64), None)
+
+    def popover_window(self):
+        return next((window for window, rect in self._windows()
+                     if rect and rect.width >= POPOVER[0] and rect.height >= POPOVER[1]), None)
+
+    def popover(self):
+        """The rectangle of its content, the shadow's margin left out."""
+        window = self.popover_window()
+        rect = window and self.x.rect(window)
+        if not rect:
+            return None
+        left, top = ((32, 22) if rect.width > POPOVER[0] else (0, 0))
+        return Rect(rect.x + left, rect.y + top, *POPOVER)
+
+    def menu(self):
+        """The rectangle of an open menu, the newest one."""
+        sizes = [rect for _, rect in self._windows() if rect and rect.width >= 64 and (rect.width, rect.height) != POPOVER
+                 and rect.height < POPOVER[1]]
+        return sizes[-1] if sizes else None
+
+    def await_open(self, seconds=5):
+        rect = self.desktop.wait_for(self.popover, seconds, "popover is open")
+        self.desktop.wait_for(self.has_focus, seconds, "popover has the focus")
+        return rect
+
+    def await_closed(self, seconds=5):
+        self.desktop.wait_for(lambda: not self.popover(), seconds, "popover is closed")
+
+    # The user
+
+    def has_focus(self):
+        window = self.popover_window()
+        return window and (self.x.active() == window or not self.desktop.window_manager)
+
+    def list_length(self):
+        """The rows seen, one line of text each: their separators are the only lines across the whole list."""
+        rect = self.popover()
+        pixels = rect and self.x.pixels(rect)
+        if not pixels:
+            return 0
+
+        def line(y):
+            return pixels[(y * rect.width + 20) * 3:(y * rect.width + 330) * 3]
+        separators = [y for y in range(ROWS_TOP + 10, POPOVER[1] - 30)
+                      if line(y) == line(y)[:3] * 310 and line(y) != line(y - 1) and line(y) != line(y + 1)]
+        return len(separators)
+
+    def press_hot_key(self):
+        self.x.chord(*HOT_KEY)
+
+    def open(self):
+        self.press_hot_key()
+        return self.await_open()
+
+    def click_icon(self, button=1):
+        self.x.click(*self.desktop.wait_for(self.icon, 5, "icon in the tray").centre, button)
+
+    def row(self, index):
+        rect = self.popover()
+        return rect.x + 150, rect.y + ROWS_TOP + index * ROW_HEIGHT + ROW_HEIGHT // 2
+
+    def click_row(self, index, button=1):
+        self.x.click(*self.row(index), button)
+
+    def choose(self, item):
+        """Clicks the item of that number in the open menu."""
+        rect = self.desktop.wait_for(self.menu, 5, "menu is open")
+        self.x.click(rect.x + 40, rect.y + MENU_PADDING + item * MENU_ITEM_HEIGHT + MENU_ITEM_HEIGHT // 2)
+
+    def search(self, text):
+        rect = self.popover()
+        self.x.click(rect.x + 150, rect.y + 32)
+        self.x.type(text)
+
+    def kill(self):
+        os.kill(self.process.pid, signal.SIGKILL)
+        self.process.wait()
+
+    def await_end_of_output(self):
+        self._reader.join(5)
+
+    def complaints(self):
+        """What the sanitizers said."""
+        output = self.desktop.output_of(self.process)
+        return [line for line in output.splitlines() if "Sanitizer" in line or "runtime error" in line]
+
+
+def _short(texts):
+    return [text if len(text) < 60 else f"{text[:20]}… ({len(text)})" for text in texts]
+
+
+class DesktopTest(unittest.TestCase):
+    """A test with desktops of its own; options of the class and of each call go to `Desktop`."""
+
+    options = {}
+
+    @contextlib.contextmanager
+    def running(self, **options):
+        """A desktop; a Brindle on it that a sanitizer complained about fails the test."""
+        with Desktop(**{**self.options, **options}) as desktop:
+            yield desktop
+            complaints = desktop.brindle.complaints() if desktop.brindle else []
+            self.assertEqual(complaints, [])
+
+    def desktop(self, **options):
+        return self.enterContext(self.running(**options))
+
+    def start(self, **options):
+        desktop = self.desktop(**options)
+        return desktop, Brindle(desktop)

@@ -1,0 +1,281 @@
+"""A virtual desktop for one test: X server, session bus, window manager, tray, and a fresh home. All of it ends with it."""
+import ctypes
+import json
+import os
+import pathlib
+import shutil
+import signal
+import sqlite3
+import subprocess
+import sys
+import tempfile
+import time
+import traceback
+import uuid
+
+from x11 import X11
+
+HERE = pathlib.Path(__file__).resolve().parent
+FAILURES = HERE.parent.parent / "build" / "desktop-failures"
+_libc = ctypes.CDLL(None)
+_PR_SET_PDEATHSIG, _PR_SET_CHILD_SUBREAPER = 1, 36
+
+WINDOW_MANAGERS = {
+    "openbox": ["openbox"],
+    "xfwm4": ["xfwm4", "--compositor=off"],
+    "metacity": ["metacity", "--no-composite"],
+}
+TRAYS = {
+    "tint2": ["tint2", "-c", ".config/brindle-tests/tint2rc"],
+    "trayer": ["trayer", "--edge", "top", "--align", "right", "--widthtype", "request", "--SetDockType", "true"],
+}
+COMPOSITORS = {"picom": ["picom", "--backend", "xrender", "--config", "/dev/null"]}
+CONFIGURATION = {
+    "featherpad/fp.conf": "[text]\nappendEmptyLine=false\n",
+    "brindle-tests/tint2rc": """
+rounded = 0
+background_color = #2d3440 100
+rounded = 3
+background_color = #4a5568 100
+panel_items = TSC
+panel_size = 100% 30
+panel_position = top center horizontal
+panel_background_id = 1
+panel_padding = 4 2 8
+taskbar_mode = single_desktop
+task_maximum_size = 180 26
+task_padding = 6 2
+task_background_id = 2
+task_font = Inter 9
+task_font_color = #ffffff 100
+systray_padding = 4 4 4
+systray_icon_size = 22
+time1_format = %H:%M
+time1_font = Inter 9
+clock_font_color = #ffffff 100
+"""}
+
+
+class Desktop:
+    """`with Desktop() as desktop:`; every option may be None to leave that part out."""
+
+    def __init__(self, window_manager="openbox", tray="tint2", compositor=None, bus=True, size=(1280, 800),
+                 server=()):
+        self.window_manager, self.tray_name, self.compositor, self.bus = window_manager, tray, compositor, bus
+        self.size, self.server_arguments = size, server
+        self.x = self.brindle = None
+        self._started = []
+
+    def __enter__(self):
+        # Orphans of what we start come to us, so that they can be ended too.
+        _libc.prctl(_PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0)
+        self.home = pathlib.Path(tempfile.mkdtemp(prefix="brindle-desktop-"))
+        try:
+            self._start()
+        except BaseException:
+            self.close()
+            raise
+        return self
+
+    def __exit__(self, kind, error, trace):
+        if error and self.x:
+            self.record_failure("".join(traceback.format_exception(kind, error, trace)[-1:]))
+        self.close()
+
+    def _start(self):
+        self.environment = self._make_environment()
+        self._start_server()
+        if self.bus:
+            self._start_bus()
+        if self.window_manager:
+            self.run(*WINDOW_MANAGERS[self.window_manager])
+            self.wait_for(lambda: self.x.numbers(self.x.root, "_NET_SUPPORTING_WM_CHECK"), 10, "window manager")
+        if self.compositor:
+            self._compositor_process = self.run(*COMPOSITORS[self.compositor])
+            self.wait_for(lambda: self.x.owner("_NET_WM_CM_S0"), 10, "compositor")
+        if self.tray_name:
+            self.start_tray()
+
+    def _make_environment(self):
+        """Nothing of the host's but the path to its programs."""
+        folders = {"HOME": "", "XDG_CONFIG_HOME": ".config", "XDG_DATA_HOME": ".local/share",
+                   "XDG_CACHE_HOME": ".cache", "XDG_STATE_HOME": ".local/state", "XDG_RUNTIME_DIR": "run",
+                   "TMPDIR": "tmp"}
+        environment = {name: str(self.home / folder) for name, folder in folders.items()}
+        for folder in environment.values():
+            pathlib.Path(folder).mkdir(mode=0o700, parents=True, exist_ok=True)
+        for name, text in CONFIGURATION.items():
+            file = self.home / ".config" / name
+            file.parent.mkdir(exist_ok=True)
+            file.write_text(text)
+        return environment | {
+            "PATH": "/usr/local/bin:/usr/bin:/bin:/usr/sbin:/sbin", "LANG": "C.UTF-8", "LC_ALL": "C.UTF-8",
+            "TZ": "UTC", "NO_AT_BRIDGE": "1", "GTK_A11Y": "none", "GTK_USE_PORTAL": "0",
+            "GSETTINGS_BACKEND": "memory", "DBUS_SESSION_BUS_ADDRESS": "disabled:",
+            "ASAN_OPTIONS": "detect_leaks=0:abort_on_error=0", "UBSAN_OPTIONS": "print_stacktrace=1",
+            "QT_LOGGING_RULES": "qt.qpa.*=false"}
+
+    def _start_server(self):
+        read, write = os.pipe()
+        width, height = self.size
+        self.server = self.run("Xvfb", "-displayfd", str(write), "-screen", "0", f"{width}x{height}x24", "-noreset",
+                               "-nolisten", "tcp", *self.server_arguments, pass_fds=[write])
+        os.close(write)
+        with os.fdopen(read) as pipe:
+            number = pipe.readline().strip()
+        if not number:
+            raise RuntimeError("Xvfb did not start: " + self.output_of(self.server))
+        self.environment["DISPLAY"] = f":{number}"
+        self.x = X11(self.environment["DISPLAY"])
+        self.x.paint_root(0x51606F)
+        self.x.move(width // 2, height // 2)
+
+    def _start_bus(self):
+        bus = self.run("dbus-daemon", "--session", "--nofork", "--print-address=1", stdout=subprocess.PIPE)
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().decode().strip()
+
+    def start_tray(self):
+        self.tray = self.run(*TRAYS[self.tray_name])
+        self.wait_for(lambda: self.x.owner("_NET_SYSTEM_TRAY_S0"), 10, "tray")
+        return self.tray
+
+    def stop_compositor(self):
+        self._compositor_process.terminate()
+        self._compositor_process.wait()
+
+    # Programs
+
+    def run(self, *command, **options):
+        """Starts a program on this desktop. Its output goes to a file of its own unless a pipe is asked for."""
+        log = open(self.home / f"{len(self._started):02}-{pathlib.Path(command[0]).name}.log", "wb")
+        environment = self.environment | options.pop("environment", {})
+        process = subprocess.Popen(command, env=environment, cwd=self.home, stdin=options.pop("stdin", subprocess.DEVNULL),
+                                   stdout=options.pop("stdout", log), stderr=log, start_new_session=True,
+                                   preexec_fn=_die_with_parent, **options)
+        process.log = log.name
+        log.close()
+        self._started.append(process)
+        return process
+
+    def output_of(self, process):
+        return pathlib.Path(process.log).read_text(errors="replace")
+
+    def kill_server(self):
+        self.x = None  # not closed: the library would end this process with it
+        self.server.kill()
+        self.server.wait()
+
+    def close(self):
+        if self.x:
+            self.x.close()
+            self.x = None
+        for process in reversed(self._started):
+            if process.poll() is None:
+                process.kill()
+                process.wait()
+        _end_orphans()
+        shutil.rmtree(self.home, ignore_errors=True)
+
+    # Brindle's store
+
+    @property
+    def store_path(self):
+        return self.home / ".local/share/brindle/defaults.sqlite3"
+
+    def seed_history(self, contents):
+        """A store as a Brindle that ran before would have left it, the newest text first."""
+        self.store_path.parent.mkdir(mode=0o700, parents=True)
+        history = [{"id": str(uuid.uuid4()).upper(), "content": content, "type": "text",
+                    "date": 700000000 - index * 60, "isPinned": False} for index, content in enumerate(contents)]
+        write_store(self.store_path, json.dumps(history).encode())
+
+    # Waiting, and what is kept of a failure
+
+    def wait_for(self, condition, seconds, what):
+        """The first true answer of the condition; a failed test, with a picture, when there is none in time."""
+        deadline = time.monotonic() + seconds
+        while True:
+            answer = condition()
+            if answer:
+                return answer
+            if time.monotonic() > deadline:
+                raise AssertionError(f"not within {seconds} s: {what}\n{self.describe()}")
+            time.sleep(0.02)
+
+    def stays(self, condition, seconds, what):
+        """Fails as soon as the condition does not hold, within that many seconds."""
+        deadline = time.monotonic() + seconds
+        while time.monotonic() < deadline:
+            if not condition():
+                raise AssertionError(f"did not stay for {seconds} s: {what}\n{self.describe()}")
+            time.sleep(0.02)
+
+    def describe(self):
+        lines = []
+        if self.x:
+            active = self.x.active()
+            lines = [f"{'*' if window == active else ' '} {window:#x} {self.x.wm_class(window)} "
+                     f"{self.x.title(window)!r} {self.x.rect(window)}" for window in self.x.clients()]
+        if self.brindle:
+            lines += ["Brindle said:", *self.brindle.lines[-25:], self.output_of(self.brindle.process)[-4000:]]
+        return "\n".join(lines)
+
+    def record_failure(self, text):
+        FAILURES.mkdir(parents=True, exist_ok=True)
+        name = f"{pathlib.Path(sys.argv[0]).stem}-{os.getpid()}-{int(time.time() * 1000) % 100000000}"
+        (FAILURES / f"{name}.txt").write_text(text)
+        if self.server.poll() is None:
+            self.x.screenshot(FAILURES / f"{name}.png")
+            print(f"picture: {FAILURES / name}.png", file=sys.stderr)
+
+    # The clipboard
+
+    def copy(self, text, target="UTF8_STRING"):
+        """A copy made by xclip, which says when it owns the clipboard by going into the background."""
+        data = text.encode() if isinstance(text, str) else text
+        before = self.x.owner("CLIPBOARD")
+        self.run("xclip", "-i", "-quiet", "-selection", "clipboard", "-t", target, stdin=_file_with(data))
+        self.wait_for(lambda: self.x.owner("CLIPBOARD") not in (0, before), 10, "xclip owns the clipboard")
+
+    def own(self, targets, *options):
+        """A clipboard owner that serves exactly these targets; `--silent` answers nobody."""
+        served = [f"{target}={data.hex()}" for target, data in targets.items()]
+        owner = self.run(sys.executable, str(HERE / "owner.py"), *options, *served, stdout=subprocess.PIPE)
+        assert owner.stdout.readline() == b"owner\n", self.output_of(owner)
+        return owner
+
+    def paste(self, target="UTF8_STRING", selection="clipboard"):
+        return subprocess.run(["xclip", "-o", "-selection", selection, "-t", target], env=self.environment,
+                              stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, timeout=60).stdout
+
+
+def write_store(path, history):
+    store = sqlite3.connect(path)
+    store.execute("CREATE TABLE defaults (key TEXT PRIMARY KEY NOT NULL, value ANY NOT NULL) STRICT, WITHOUT ROWID")
+    store.execute("INSERT INTO defaults VALUES ('BrindleHistory', ?)", [history])
+    store.commit()
+    store.close()
+
+
+def _file_with(data):
+    file = tempfile.TemporaryFile()
+    file.write(data)
+    file.seek(0)
+    return file
+
+
+def _die_with_parent():
+    _libc.prctl(_PR_SET_PDEATHSIG, signal.SIGKILL, 0, 0, 0)
+
+
+def _children():
+    return [int(pid) for pid in pathlib.Path(f"/proc/self/task/{os.getpid()}/children").read_text().split()]
+
+
+def _end_orphans():
+    """Daemons and activated services became our children when their parents ended."""
+    deadline = time.monotonic() + 5
+    while (left := _children()) and time.monotonic() < deadline:
+        for pid in left:
+            os.kill(pid, signal.SIGKILL)
+            os.waitpid(pid, 0)

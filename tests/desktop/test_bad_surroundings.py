@@ -1,0 +1,74 @@
+"""Desktops that lack something: Brindle does what is left to do, and says what it must."""
+import unittest
+
+from applications import HOT_KEY, Brindle, DesktopTest, Editor
+from x11 import Rect
+
+SHIFT_AND_SUPER = 0x41
+
+
+class BadSurroundingsTest(DesktopTest):
+    def test_no_window_manager(self):
+        desktop = self.desktop(window_manager=None, tray=None)
+        brindle = Brindle(desktop)
+        desktop.copy("without a manager")
+        brindle.await_contents(["without a manager"])
+        brindle.open()
+        brindle.press_hot_key()
+        brindle.await_closed()
+
+    def test_no_xtest(self):
+        desktop = self.desktop(tray=None, server=["-extension", "XTEST"])
+        brindle = Brindle(desktop)
+        desktop.copy("captured all the same")
+        brindle.await_contents(["captured all the same"])
+        desktop.run(brindle.process.args[0])
+        brindle.await_open()
+        self.assertIsNone(brindle.process.poll())
+
+    def test_hot_key_held_by_another_program(self):
+        desktop = self.desktop()
+        self.assertTrue(desktop.x.grab(HOT_KEY[-1], SHIFT_AND_SUPER))
+        brindle = Brindle(desktop)
+        brindle.await_line("Failed to register hotkey: 10")
+        brindle.click_icon()
+        brindle.await_open()
+        desktop.copy("still captured")
+        brindle.await_contents(["still captured"])
+
+    def test_a_tray_that_comes_late_and_one_that_restarts(self):
+        desktop = self.desktop(tray=None)
+        brindle = Brindle(desktop)
+        brindle.open()  # settled without any tray
+        brindle.press_hot_key()
+        brindle.await_closed()
+        desktop.tray_name = "tint2"
+        for _ in range(2):
+            desktop.start_tray()
+            desktop.wait_for(brindle.icon, 10, "icon in the tray")
+            brindle.click_icon()
+            brindle.await_open()
+            brindle.click_icon()
+            brindle.await_closed()
+            desktop.tray.kill()
+            desktop.tray.wait()
+            desktop.wait_for(lambda: not desktop.x.owner("_NET_SYSTEM_TRAY_S0"), 5, "tray gone")
+
+    def test_a_screen_smaller_than_the_popover(self):
+        desktop, brindle = self.start(size=(320, 400), tray=None)
+        rect = brindle.open()
+        self.assertTrue(rect.x <= 0 and rect.y >= 0 or Rect(0, 0, 320, 400).holds(rect), rect)
+        brindle.press_hot_key()
+        brindle.await_closed()
+
+    def test_no_session_bus(self):
+        desktop, brindle = self.start(bus=False)
+        editor = Editor(desktop, "mousepad", "copied")
+        editor.copy_all()
+        brindle.await_contents(["copied"])
+        brindle.click_icon()
+        brindle.await_open()
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,83 @@
+"""What people copy elsewhere lands in the history: once, byte for byte, with its application, and never by waiting."""
+import time
+import unittest
+
+from applications import Brindle, DesktopTest, Editor
+
+TEXT = "Grüße, 世界 😀\n\tindented  twice\nend"
+
+
+class CaptureTest(DesktopTest):
+    def test_editors_and_terminal(self):
+        desktop, brindle = self.start()
+        expected = []
+        for program in ("mousepad", "featherpad"):
+            editor = Editor(desktop, program, f"{program}: {TEXT}", f"{program}.txt")
+            editor.copy_all()
+            expected.insert(0, (f"{program}: {TEXT}", editor.bundle_identifier))
+            self.await_entries(brindle, expected)
+
+        terminal = desktop.run("xterm", "-xrm", "XTerm*selectToClipboard: true", "-e", "sh", "-c", "echo word; sleep 99")
+        window = desktop.wait_for(lambda: desktop.x.windows("xterm"), 10, "terminal")[0]
+        desktop.wait_for(lambda: desktop.x.active() == window, 10, "terminal in front")
+        x, y, *_ = desktop.x.rect(window)
+
+        def copied_by_double_click():  # the word may not be on the screen at the first one
+            desktop.x.click(x + 14, y + 10)
+            desktop.x.click(x + 14, y + 10)
+            time.sleep(0.5)
+            return desktop.paste() == b"word"
+        desktop.wait_for(copied_by_double_click, 10, "copy in the terminal")
+        self.await_entries(brindle, [("word", "debian-xterm"), *expected])
+        terminal.kill()
+
+    def await_entries(self, brindle, expected):
+        brindle.await_contents([content for content, _ in expected])
+        self.assertEqual([item.get("sourceApp") for item in brindle.history()], [source for _, source in expected])
+
+    def test_kinds_of_owners(self):
+        desktop, brindle = self.start(tray=None)
+        utf8 = TEXT.encode()
+        captured = []
+        for targets, content in (
+                ({"UTF8_STRING": utf8}, TEXT),
+                ({"text/plain;charset=utf-8": b"caf\xc3\xa9"}, "café"),
+                ({"STRING": b"na\xefve"}, "naïve"),
+                ({"UTF8_STRING": b"best", "STRING": b"second best", "text/html": b"<b>best</b>"}, "best"),
+                ({"UTF8_STRING": b"broken \xe2\x82 and \xff"}, "broken \ufffd and \ufffd"),
+                ({"image/png": b"\x89PNG"}, None),
+                ({"UTF8_STRING": b"secret", "x-kde-passwordManagerHint": b"secret"}, None),
+                ({"UTF8_STRING": b"the end"}, "the end")):
+            desktop.own(targets)
+            if content is None:
+                time.sleep(1)  # two polls: what must not be captured has its chance
+                continue
+            captured.insert(0, content)
+            with self.subTest(content):
+                brindle.await_contents(captured)
+        text = "0123456789abcdef" * 300_000
+        desktop.copy(text)
+        brindle.await_contents([text, *captured], 15)
+
+    def test_text_at_launch_is_offered(self):
+        desktop = self.desktop(tray=None)
+        desktop.copy("there before")
+        Brindle(desktop).await_contents(["there before"])
+
+    def test_a_silent_owner_costs_nothing(self):
+        desktop, brindle = self.start(tray=None)
+        desktop.own({"UTF8_STRING": b"never given"}, "--silent")
+        time.sleep(0.6)  # it is being read now
+        pressed = time.monotonic()
+        brindle.open()
+        self.assertLess(time.monotonic() - pressed, 1)
+        desktop.copy("the next copy")
+        brindle.await_contents(["the next copy"], 2)
+        desktop.own({"UTF8_STRING": b"never given"}, "--silent")
+        time.sleep(4)  # past the deadline after which an owner is given up
+        desktop.copy("after the deadline")
+        brindle.await_contents(["after the deadline", "the next copy"], 2)
+
+
+if __name__ == "__main__":
+    unittest.main()
