@@ -1,0 +1,318 @@
+#include "platform/freedesktop/DefaultsDatabase.h"
+
+#include <fcntl.h>
+#include <sqlite3.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <ctime>
+
+#include "platform/freedesktop/Files.h"
+
+namespace brindle {
+
+namespace {
+
+constexpr int schemaVersion = 1;
+constexpr int busyTimeout = 20;  // milliseconds; only somebody's shell on this file ever holds it
+constexpr std::array companions = {"-wal", "-shm", "-journal"};
+
+constexpr const char* createTable =
+    "BEGIN IMMEDIATE;"
+    "CREATE TABLE defaults (key TEXT PRIMARY KEY NOT NULL, value ANY NOT NULL) STRICT, WITHOUT ROWID;"
+    "PRAGMA user_version = 1;"
+    "COMMIT;";
+
+constexpr const char* tableIsOurs =
+    "SELECT (SELECT wr AND strict FROM pragma_table_list WHERE schema = 'main' AND name = 'defaults')"
+    " AND (SELECT group_concat(name || ' ' || upper(type) || ' ' || \"notnull\" || ' ' || pk)"
+    " FROM pragma_table_xinfo('defaults')) = 'key TEXT 1 1,value ANY 1 0'";
+
+// Every write waits for the disk. A large write leaves a large log; it shrinks to this at the next one.
+constexpr const char* durability =
+    "PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL; PRAGMA journal_size_limit = 4194304;";
+
+/// What keeps a path from being a file of ours; nothing for a path where there is nothing.
+std::optional<std::string> obstacleAt(const std::string& path) {
+    struct stat status {};
+    if (::lstat(path.c_str(), &status) != 0)
+        return errno == ENOENT ? std::nullopt : std::optional(files::reason(errno));
+    if (S_ISLNK(status.st_mode) && ::stat(path.c_str(), &status) != 0)
+        return "it is a link that leads nowhere";
+    if (S_ISDIR(status.st_mode))
+        return files::reason(EISDIR);
+    if (!S_ISREG(status.st_mode))
+        return "it is not a regular file";
+    if (status.st_uid != ::geteuid())
+        return "it belongs to somebody else";
+    return std::nullopt;
+}
+
+std::optional<std::string> anyObstacle(const std::string& path) {
+    auto obstacle = obstacleAt(path);
+    for (const char* each : companions) {
+        if (!obstacle)
+            obstacle = obstacleAt(path + each);
+    }
+    return obstacle;
+}
+
+bool exists(const std::string& path) {
+    struct stat status {};
+    return ::lstat(path.c_str(), &status) == 0;
+}
+
+/// Makes the file if need be, for this user alone. The database gives its companions the same mode. Returns an `errno`.
+int secure(const std::string& path) {
+    const int file = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NONBLOCK, S_IRUSR | S_IWUSR);
+    if (file < 0)
+        return errno;
+    ::fchmod(file, S_IRUSR | S_IWUSR);  // cannot fail on a file of one's own that can be written
+    ::close(file);
+    for (const char* each : companions)
+        ::chmod((path + each).c_str(), S_IRUSR | S_IWUSR);  // mostly there are none
+    return 0;
+}
+
+/// As a URI for reading where the log's files cannot be made. Without a log the file alone is the whole truth, and need
+/// not be guarded against a writer.
+std::string readOnlyUri(const std::string& path) {
+    std::string uri = "file:";
+    for (const char each : path) {
+        if (each == '%' || each == '?' || each == '#') {
+            std::array<char, 4> escaped{};
+            std::snprintf(escaped.data(), escaped.size(), "%%%02X", static_cast<unsigned>(each));
+            uri += escaped.data();
+        } else {
+            uri += each;
+        }
+    }
+    return exists(path + "-wal") ? uri : uri + "?immutable=1";
+}
+
+bool isWriteRefused(int code) {
+    const int primary = code & 0xFF;
+    return primary == SQLITE_CANTOPEN || primary == SQLITE_READONLY || primary == SQLITE_PERM;
+}
+
+std::string reasonOf(sqlite3* connection, int code) {
+    std::string text = sqlite3_errstr(code);
+    const int error = sqlite3_system_errno(connection);
+    if ((code & 0xFF) == SQLITE_IOERR && error != 0)
+        text += " (" + files::reason(error) + ")";
+    return text;
+}
+
+bool isDamage(int code) {
+    return (code & 0xFF) == SQLITE_CORRUPT || (code & 0xFF) == SQLITE_NOTADB;
+}
+
+std::string datedName(const std::string& path) {
+    const std::time_t now = std::time(nullptr);
+    std::tm parts{};
+    localtime_r(&now, &parts);
+    std::array<char, 32> date{};
+    std::strftime(date.data(), date.size(), ".%Y-%m-%d-%H%M%S", &parts);
+    std::string name = path + date.data();
+    for (int copy = 2; exists(name); ++copy)
+        name = path + date.data() + "-" + std::to_string(copy);
+    return name;
+}
+
+}  // namespace
+
+DefaultsDatabase::Opening DefaultsDatabase::open(const std::string& path) {
+    if (auto obstacle = anyObstacle(path))
+        return {Outcome::blocked, std::move(*obstacle), nullptr};
+    const bool isNew = !exists(path);
+    const int error = secure(path);
+    if (error != 0 && isNew)
+        return {Outcome::noRoom, files::reason(error), nullptr};
+    if (error != 0 && ::access(path.c_str(), R_OK) != 0)
+        return {Outcome::blocked, files::reason(error), nullptr};
+
+    auto opening = connect(path, error == 0 ? Mode::readWrite : Mode::readOnly, isNew);
+    if (opening.outcome == Outcome::noRoom)
+        ::unlink(path.c_str());  // an empty file that was made here
+    return opening;
+}
+
+DefaultsDatabase::Opening DefaultsDatabase::connect(const std::string& path, Mode mode, bool isNew) {
+    std::unique_ptr<DefaultsDatabase> database(new DefaultsDatabase);
+    database->isReadOnly_ = mode == Mode::readOnly;
+    const std::string name = database->isReadOnly_ ? readOnlyUri(path) : path;
+    const int access = database->isReadOnly_ ? SQLITE_OPEN_READONLY | SQLITE_OPEN_URI : SQLITE_OPEN_READWRITE;
+    std::string objection;
+    int code = sqlite3_open_v2(name.c_str(), &database->connection_, SQLITE_OPEN_NOMUTEX | access, nullptr);
+    if (code == SQLITE_OK)
+        code = database->prepareFile(objection);
+    if (code == SQLITE_OK && objection.empty())
+        return {Outcome::ready, {}, std::move(database)};
+    // The file may be writable while the folder, where the log goes, is not.
+    if (isWriteRefused(code) && !isNew && mode == Mode::readWrite)
+        return connect(path, Mode::readOnly, isNew);
+
+    // What is not ours stays as it is, its log included.
+    sqlite3_db_config(database->connection_, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+    if (!objection.empty())
+        return {Outcome::unusable, std::move(objection), nullptr};
+    const Outcome outcome = isDamage(code) ? Outcome::unusable : isNew ? Outcome::noRoom : Outcome::blocked;
+    return {outcome, reasonOf(database->connection_, code), nullptr};
+}
+
+DefaultsDatabase::~DefaultsDatabase() {
+    select_.reset();
+    replace_.reset();
+    if (isDamaged_)
+        sqlite3_db_config(connection_, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+    sqlite3_close(connection_);
+}
+
+std::optional<std::string> DefaultsDatabase::moveAside(const std::string& path) {
+    const std::string name = datedName(path);
+    for (const char* each : companions)
+        std::rename((path + each).c_str(), (name + each).c_str());  // mostly there are none
+    return std::rename(path.c_str(), name.c_str()) == 0 ? std::optional(name) : std::nullopt;
+}
+
+int DefaultsDatabase::prepareFile(std::string& objection) {
+    sqlite3_extended_result_codes(connection_, 1);
+    sqlite3_busy_timeout(connection_, busyTimeout);
+    int code = checkSchema(objection);
+    if (code != SQLITE_OK || !objection.empty())
+        return code;
+    if (!isReadOnly_)
+        code = execute(durability);
+    if (code == SQLITE_OK)
+        code = prepare("SELECT value FROM defaults WHERE key = ?1", select_);
+    if (code == SQLITE_OK)
+        code = prepare("REPLACE INTO defaults (key, value) VALUES (?1, ?2)", replace_);
+    return code;
+}
+
+/// Makes the table in an empty file. `objection` says why a sound file is not ours.
+int DefaultsDatabase::checkSchema(std::string& objection) {
+    std::int64_t version = 0;
+    std::int64_t tables = 0;
+    std::int64_t isOurs = 0;
+    int code = evaluate("PRAGMA user_version", version);
+    if (code == SQLITE_OK)
+        code = evaluate("SELECT count(*) FROM sqlite_schema", tables);
+    if (code != SQLITE_OK)
+        return code;
+    if (version == 0 && tables == 0)
+        return execute(createTable);
+    if (version > schemaVersion) {
+        objection = "it is from a newer version";
+        return SQLITE_OK;
+    }
+    code = evaluate(tableIsOurs, isOurs);
+    if (code == SQLITE_OK && (isOurs == 0 || version != schemaVersion))
+        objection = "its tables are not Brindle's";
+    return code;
+}
+
+std::optional<std::string> DefaultsDatabase::bytes(std::string_view key, DefaultsValue::Kind kind) {
+    std::optional<std::string> found;
+    const int type = kind == DefaultsValue::Kind::data ? SQLITE_BLOB : SQLITE_TEXT;
+    if (seek(key) && sqlite3_column_type(select_.get(), 0) == type) {
+        // A blob first: asking a text for its size alone would convert it.
+        const auto* start = static_cast<const char*>(sqlite3_column_blob(select_.get(), 0));
+        const auto size = static_cast<std::size_t>(sqlite3_column_bytes(select_.get(), 0));
+        if (start != nullptr || size == 0)
+            found.emplace(start != nullptr ? start : "", size);
+    }
+    sqlite3_reset(select_.get());
+    return found;
+}
+
+std::optional<std::int64_t> DefaultsDatabase::integer(std::string_view key) {
+    std::optional<std::int64_t> found;
+    if (seek(key) && sqlite3_column_type(select_.get(), 0) == SQLITE_INTEGER)
+        found = sqlite3_column_int64(select_.get(), 0);
+    sqlite3_reset(select_.get());
+    return found;
+}
+
+std::optional<std::string> DefaultsDatabase::write(const std::vector<DefaultsRow>& rows) {
+    const bool isGroup = rows.size() > 1;  // a single one is a transaction of its own
+    int code = isGroup ? execute("BEGIN IMMEDIATE") : SQLITE_OK;
+    for (auto row = rows.begin(); code == SQLITE_OK && row != rows.end(); ++row)
+        code = put(*row);
+    if (code == SQLITE_OK && isGroup)
+        code = execute("COMMIT");
+    if (code == SQLITE_OK)
+        return std::nullopt;
+    auto reason = reasonOf(connection_, code);
+    if (sqlite3_get_autocommit(connection_) == 0)
+        execute("ROLLBACK");
+    return reason;
+}
+
+bool DefaultsDatabase::isTooLarge(const DefaultsRow& row) const {
+    constexpr std::size_t header = 64;  // more than the few bytes that a record has beside key and value
+    const auto limit = static_cast<std::size_t>(sqlite3_limit(connection_, SQLITE_LIMIT_LENGTH, -1));
+    return row.key.size() + row.value.bytes.size() + header > limit;
+}
+
+int DefaultsDatabase::put(const DefaultsRow& row) {
+    sqlite3_stmt* statement = replace_.get();
+    const auto& value = row.value;
+    const char* start = value.bytes.data() != nullptr ? value.bytes.data() : "";  // null would bind NULL
+    int code = sqlite3_bind_text64(statement, 1, row.key.data(), row.key.size(), SQLITE_STATIC, SQLITE_UTF8);
+    if (code == SQLITE_OK && value.kind == DefaultsValue::Kind::data)
+        code = sqlite3_bind_blob64(statement, 2, start, value.bytes.size(), SQLITE_STATIC);
+    else if (code == SQLITE_OK && value.kind == DefaultsValue::Kind::string)
+        code = sqlite3_bind_text64(statement, 2, start, value.bytes.size(), SQLITE_STATIC, SQLITE_UTF8);
+    else if (code == SQLITE_OK)
+        code = sqlite3_bind_int64(statement, 2, value.number);
+    if (code == SQLITE_OK && sqlite3_step(statement) == SQLITE_DONE)
+        code = SQLITE_OK;
+    // The step's own failure shows again here; the bytes do not outlive this call.
+    const int last = sqlite3_reset(statement);
+    sqlite3_clear_bindings(statement);
+    return noted(code != SQLITE_OK ? code : last);
+}
+
+/// Leaves the statement at the key's row; whoever calls it resets the statement.
+bool DefaultsDatabase::seek(std::string_view key) {
+    // The statement keeps no view of the key beyond the lookup: every lookup binds its own.
+    sqlite3_bind_text64(select_.get(), 1, key.data(), key.size(), SQLITE_STATIC, SQLITE_UTF8);
+    return noted(sqlite3_step(select_.get())) == SQLITE_ROW;
+}
+
+int DefaultsDatabase::execute(const char* sql) {
+    return noted(sqlite3_exec(connection_, sql, nullptr, nullptr, nullptr));
+}
+
+int DefaultsDatabase::evaluate(const char* sql, std::int64_t& number) {
+    Statement statement;
+    int code = prepare(sql, statement);
+    if (code != SQLITE_OK)
+        return code;
+    code = noted(sqlite3_step(statement.get()));
+    number = sqlite3_column_int64(statement.get(), 0);
+    return code == SQLITE_ROW ? SQLITE_OK : code;
+}
+
+int DefaultsDatabase::prepare(const char* sql, Statement& statement) {
+    sqlite3_stmt* made = nullptr;
+    const int code = noted(sqlite3_prepare_v3(connection_, sql, -1, SQLITE_PREPARE_PERSISTENT, &made, nullptr));
+    statement.reset(made);
+    return code;
+}
+
+int DefaultsDatabase::noted(int code) {
+    isDamaged_ = isDamaged_ || isDamage(code);
+    return code;
+}
+
+void DefaultsDatabase::StatementDeleter::operator()(sqlite3_stmt* statement) const {
+    sqlite3_finalize(statement);
+}
+
+}  // namespace brindle

@@ -1,0 +1,168 @@
+#include "platform/freedesktop/SqliteDefaultsStore.h"
+
+#include <sys/stat.h>
+
+#include <utility>
+
+#include "base/Log.h"
+#include "platform/freedesktop/Files.h"
+#include "platform/freedesktop/XdgPaths.h"
+
+namespace brindle {
+
+namespace {
+
+bool isNothingAt(const std::string& path) {
+    struct stat status {};
+    return ::lstat(path.c_str(), &status) != 0;
+}
+
+}  // namespace
+
+SqliteDefaultsStore::SqliteDefaultsStore(std::string folder)
+    : folder_(std::move(folder)), path_(folder_ + "/defaults.sqlite3") {
+    open();
+    if (!trouble_.empty())
+        log("Cannot open " + path_ + ": " + trouble_);
+}
+
+SqliteDefaultsStore::~SqliteDefaultsStore() {
+    if (!unsaved_.empty() && database_)
+        (void)database_->write(unsavedRows());  // the last chance; the trouble was reported when it began
+}
+
+std::string SqliteDefaultsStore::defaultFolder() {
+    return xdg::dataHome() + "/brindle";
+}
+
+void SqliteDefaultsStore::open() const {
+    using Outcome = DefaultsDatabase::Outcome;
+    DefaultsDatabase::Opening opening{Outcome::noRoom, {}, nullptr};
+    if (auto failure = files::makeFolders(folder_)) {
+        opening.reason = std::move(*failure);
+    } else {
+        ::chmod(folder_.c_str(), S_IRWXU);  // a folder that is not ours shows below
+        opening = DefaultsDatabase::open(path_);
+    }
+    if (opening.outcome == Outcome::unusable && moveAside(opening.reason))
+        opening = DefaultsDatabase::open(path_);
+    isMissing_ = opening.outcome == Outcome::noRoom;
+    trouble_ = std::move(opening.reason);
+    database_ = std::move(opening.database);
+}
+
+/// Looks whether a disk that was full or read-only is so no more. A file that appeared meanwhile was never read, and
+/// what this process holds must not overwrite it.
+void SqliteDefaultsStore::reopenAfterTrouble() {
+    if (database_ ? database_->isReadOnly() : isMissing_ && isNothingAt(path_))
+        open();
+}
+
+bool SqliteDefaultsStore::moveAside(const std::string& reason) const {
+    const auto name = DefaultsDatabase::moveAside(path_);
+    if (name)
+        log("Cannot use " + path_ + ": " + reason + ". It is now " + *name);
+    return name.has_value();
+}
+
+/// Not every damage shows when the file is opened.
+void SqliteDefaultsStore::leaveDamaged() const {
+    if (!database_ || !database_->isDamaged())
+        return;
+    database_.reset();
+    if (moveAside("it is damaged"))
+        open();
+    else
+        trouble_ = "the file is damaged";
+}
+
+std::optional<std::string> SqliteDefaultsStore::data(std::string_view key) const {
+    return bytes(key, Kind::data);
+}
+
+std::optional<std::string> SqliteDefaultsStore::string(std::string_view key) const {
+    return bytes(key, Kind::string);
+}
+
+std::optional<std::string> SqliteDefaultsStore::bytes(std::string_view key, Kind kind) const {
+    if (const auto kept = unsaved_.find(key); kept != unsaved_.end())
+        return kept->second.kind == kind ? std::optional(kept->second.bytes) : std::nullopt;
+    auto found = database_ ? database_->bytes(key, kind) : std::nullopt;
+    leaveDamaged();
+    return found;
+}
+
+std::int64_t SqliteDefaultsStore::integer(std::string_view key) const {
+    if (const auto kept = unsaved_.find(key); kept != unsaved_.end())
+        return kept->second.number;
+    const auto found = database_ ? database_->integer(key) : std::nullopt;
+    leaveDamaged();
+    return found.value_or(0);
+}
+
+bool SqliteDefaultsStore::boolean(std::string_view key) const {
+    return integer(key) != 0;
+}
+
+void SqliteDefaultsStore::setData(std::string_view key, std::string_view bytes) {
+    set({key, {Kind::data, bytes}});
+}
+
+void SqliteDefaultsStore::setString(std::string_view key, std::string_view text) {
+    set({key, {Kind::string, text}});
+}
+
+void SqliteDefaultsStore::setInteger(std::string_view key, std::int64_t number) {
+    set({key, {Kind::integer, {}, number}});
+}
+
+void SqliteDefaultsStore::setBoolean(std::string_view key, bool flag) {
+    setInteger(key, flag ? 1 : 0);
+}
+
+Subscription SqliteDefaultsStore::onChange(std::function<void(std::string_view)> observer) {
+    return changes_.subscribe(std::move(observer));
+}
+
+void SqliteDefaultsStore::set(const DefaultsRow& row) {
+    if (database_ && database_->isTooLarge(row)) {
+        log("Cannot store " + std::string(row.key) + ": it is too large");
+        return;
+    }
+    const bool wasFine = trouble_.empty();
+    unsaved_.erase(std::string(row.key));
+    if (auto failure = save(row)) {
+        unsaved_[std::string(row.key)] = {row.value.kind, std::string(row.value.bytes), row.value.number};
+        if (wasFine)
+            log("Cannot store " + std::string(row.key) + ": " + *failure);
+        trouble_ = std::move(*failure);
+    } else {
+        unsaved_.clear();
+        trouble_.clear();
+    }
+    changes_.emit(row.key);
+}
+
+/// Writes the value, and with it what could not be written before.
+std::optional<std::string> SqliteDefaultsStore::save(const DefaultsRow& row) {
+    if (!trouble_.empty())
+        reopenAfterTrouble();
+    if (!database_)
+        return trouble_;
+    auto rows = unsavedRows();
+    rows.push_back(row);
+    auto failure = database_->write(rows);
+    if (!failure || !database_->isDamaged())
+        return failure;
+    leaveDamaged();
+    return database_ ? database_->write(rows) : failure;
+}
+
+std::vector<DefaultsRow> SqliteDefaultsStore::unsavedRows() const {
+    std::vector<DefaultsRow> rows;
+    for (const auto& [key, kept] : unsaved_)
+        rows.push_back({key, {kept.kind, kept.bytes, kept.number}});
+    return rows;
+}
+
+}  // namespace brindle
