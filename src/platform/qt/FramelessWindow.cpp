@@ -1,0 +1,216 @@
+#include "platform/qt/FramelessWindow.h"
+
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QPainterPath>
+#include <QScreen>
+#include <QWindow>
+
+#include "platform/qt/Placement.h"
+#include "platform/qt/WindowShadow.h"
+
+namespace brindle {
+
+namespace {
+
+WindowSystem& windowSystemOf(const QWidget& owner) {
+    static WindowSystem unknown;
+    const auto* window = FramelessWindow::of(&owner);
+    return window != nullptr ? window->windowSystem() : unknown;
+}
+
+QPainterPath roundedRect(QRectF rect, double radius) {
+    QPainterPath path;
+    path.addRoundedRect(rect, radius, radius);
+    return path;
+}
+
+QPainterPath outside(const QPainterPath& path, QRectF rect) {
+    QPainterPath whole;
+    whole.addRect(rect);
+    return whole - path;
+}
+
+}  // namespace
+
+/// Lies over the content and finishes what is already painted there: the hairline, and the corners, which it takes
+/// away and fills with the shadow.
+class FramelessWindow::Edge : public QWidget {
+public:
+    explicit Edge(FramelessWindow& window) : QWidget(&window), window_(window) {
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+    }
+
+protected:
+    void resizeEvent(QResizeEvent* /*event*/) override {
+        // Only here does anything need painting when the content changes.
+        QRegion region = QRegion(rect()) - rect().adjusted(1, 1, -1, -1);
+        const QRect corner(0, 0, cornerRadius, cornerRadius);
+        for (const int x : {0, width() - cornerRadius})
+            for (const int y : {0, height() - cornerRadius})
+                region += corner.translated(x, y);
+        setMask(region);
+    }
+
+    void paintEvent(QPaintEvent* /*event*/) override {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        // Up to the very corner: outside the curve nobody sees it, and without translucency it hides the mask's steps.
+        const QColor hairline(window_.scheme_ == ColorScheme::dark ? 0x3B4A60 : 0xCBD5E1);
+        const QRectF inner = QRectF(rect()).adjusted(1, 1, -1, -1);
+        painter.fillPath(outside(roundedRect(inner, cornerRadius - 1), rect()), hairline);
+        if (!window_.isComposited_)
+            return;
+        painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
+        painter.fillPath(outside(roundedRect(rect(), cornerRadius), rect()), Qt::black);
+        painter.setCompositionMode(QPainter::CompositionMode_DestinationOver);
+        WindowShadow::paint(painter, rect(), window_.scheme_);
+    }
+
+private:
+    FramelessWindow& window_;
+};
+
+FramelessWindow::FramelessWindow(WindowSystem& windowSystem) : FramelessWindow(windowSystem, nullptr) {}
+
+FramelessWindow::FramelessWindow(QWidget& owner) : FramelessWindow(windowSystemOf(owner), owner.window()) {
+    if (auto* window = FramelessWindow::of(&owner))
+        connect(window, &FramelessWindow::closed, this, &QWidget::close);
+}
+
+FramelessWindow::FramelessWindow(WindowSystem& windowSystem, QWidget* owner)
+    : QWidget(owner, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::NoDropShadowWindowHint),
+      windowSystem_(&windowSystem),
+      isComposited_(windowSystem.isComposited()),
+      edge_(new Edge(*this)) {
+    setAttribute(Qt::WA_TranslucentBackground);
+    setAttribute(Qt::WA_QuitOnClose, false);
+    compositing_ = windowSystem.onCompositingChange([this] { followCompositing(); });
+}
+
+void FramelessWindow::setContent(QWidget& content) {
+    content_ = &content;
+    content.setParent(this);
+    content.show();
+    edge_->raise();
+    connect(&content, &QObject::destroyed, this, [this] { content_ = nullptr; });
+    layOut(contentFrame().topLeft());
+}
+
+void FramelessWindow::setContentSize(QSize points) {
+    contentSize_ = points;
+    layOut(contentFrame().topLeft());
+}
+
+void FramelessWindow::setColorScheme(ColorScheme scheme) {
+    scheme_ = scheme;
+    update();
+}
+
+QRect FramelessWindow::contentFrame() const {
+    return contentRect().translated(pos());
+}
+
+void FramelessWindow::moveContentTo(QPoint topLeft) {
+    layOut(topLeft);
+}
+
+void FramelessWindow::presentSheet() {
+    const auto* owner = parentWidget() == nullptr ? nullptr : FramelessWindow::of(parentWidget());
+    const QRect around = owner != nullptr ? owner->contentFrame() : screen()->availableGeometry();
+    const QScreen* place = owner != nullptr ? owner->screen() : screen();
+    QRect frame(QPoint(), contentSize_);
+    frame.moveCenter(around.center());
+    moveContentTo(frameOnScreen(frame, place->availableGeometry()).topLeft());
+    show();
+    takeFocus();
+}
+
+void FramelessWindow::takeFocus() {
+    if (!isVisible())
+        return;
+    raise();
+    activateWindow();
+    windowSystem_->takeFocus(*windowHandle());
+}
+
+FramelessWindow* FramelessWindow::of(const QWidget* widget) {
+    for (; widget != nullptr; widget = widget->window()->parentWidget())
+        if (auto* window = qobject_cast<FramelessWindow*>(widget->window()))
+            return window;
+    return nullptr;
+}
+
+bool FramelessWindow::event(QEvent* event) {
+    if (event->type() == QEvent::ScreenChangeInternal)
+        keepOnScreen();
+    return QWidget::event(event);
+}
+
+void FramelessWindow::hideEvent(QHideEvent* event) {
+    QWidget::hideEvent(event);
+    if (!event->spontaneous())
+        Q_EMIT closed();
+}
+
+void FramelessWindow::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape)
+        close();
+    else
+        QWidget::keyPressEvent(event);
+}
+
+void FramelessWindow::paintEvent(QPaintEvent* /*event*/) {
+    if (!isComposited_)
+        return;
+    QPainter painter(this);
+    WindowShadow::paint(painter, contentRect(), scheme_);
+}
+
+void FramelessWindow::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    connect(screen(), &QScreen::availableGeometryChanged, this, &FramelessWindow::keepOnScreen, Qt::UniqueConnection);
+    windowSystem_->setInputRectangle(*windowHandle(), contentRect());
+}
+
+QMargins FramelessWindow::shadowMargins() const {
+    return isComposited_ ? WindowShadow::margins : QMargins();
+}
+
+QRect FramelessWindow::contentRect() const {
+    return {QPoint(shadowMargins().left(), shadowMargins().top()), contentSize_};
+}
+
+void FramelessWindow::followCompositing() {
+    const QPoint topLeft = contentFrame().topLeft();
+    isComposited_ = windowSystem_->isComposited();
+    layOut(topLeft);
+    update();
+}
+
+void FramelessWindow::keepOnScreen() {
+    const QRect frame = contentFrame();
+    if (const QRect kept = frameOnScreen(frame, screen()->availableGeometry()); kept != frame)
+        moveContentTo(kept.topLeft());
+}
+
+void FramelessWindow::layOut(QPoint contentTopLeft) {
+    const QRect inner = contentRect();
+    // The size is fixed only afterwards: the window manager gets one move and resize, and the limits that allow it.
+    setMinimumSize(0, 0);
+    setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+    setGeometry(QRect(contentTopLeft - inner.topLeft(), inner.marginsAdded(shadowMargins()).size()));
+    setFixedSize(size());
+    if (content_ != nullptr)
+        content_->setGeometry(inner);
+    edge_->setGeometry(inner);
+    if (isComposited_)
+        clearMask();
+    else
+        setMask(roundedRect(inner, cornerRadius).toFillPolygon().toPolygon());
+    if (windowHandle() != nullptr)
+        windowSystem_->setInputRectangle(*windowHandle(), inner);
+}
+
+}  // namespace brindle

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QRect>
+#include <functional>
+
+#include "base/Signal.h"
+
+class QWindow;
+
+namespace brindle {
+
+/// What the toolkit does not tell of the window system it runs on. This one knows of nothing: the desktop of a program
+/// without a display. Main thread; outlives the windows.
+class WindowSystem {
+public:
+    WindowSystem() = default;
+    WindowSystem(const WindowSystem&) = delete;
+    WindowSystem& operator=(const WindowSystem&) = delete;
+    virtual ~WindowSystem() = default;
+
+    /// Whether translucent windows are blended with what is below them.
+    [[nodiscard]] virtual bool isComposited() const { return true; }
+    [[nodiscard]] virtual Subscription onCompositingChange(std::function<void()> /*observer*/) { return {}; }
+
+    /// Whether there is a tray that embeds windows (XEmbed).
+    [[nodiscard]] virtual bool hasEmbeddingTray() const { return false; }
+    [[nodiscard]] virtual Subscription onEmbeddingTrayChange(std::function<void()> /*observer*/) { return {}; }
+
+    /// Gives a shown window the keyboard as if the user had asked for it, also when the toolkit saw no event of the
+    /// user that led to it.
+    virtual void takeFocus(QWindow& /*window*/) {}
+    /// Lets clicks outside the rectangle (points, relative to the window) through to what is below.
+    virtual void setInputRectangle(QWindow& /*window*/, QRect /*rectangle*/) {}
+    /// Whether a mouse button is held, over whatever window.
+    [[nodiscard]] virtual bool isMouseButtonDown() const { return false; }
+};
+
+}  // namespace brindle
