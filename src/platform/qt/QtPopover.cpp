@@ -1,0 +1,104 @@
+#include "platform/qt/QtPopover.h"
+
+#include <QApplication>
+#include <QScreen>
+#include <QWindow>
+#include <cmath>
+
+#include "platform/MouseMonitor.h"
+#include "platform/qt/Placement.h"
+
+namespace brindle {
+
+namespace {
+
+QRect toQRect(Rect rect) {
+    return QRectF(rect.origin.x, rect.origin.y, rect.size.width, rect.size.height).toAlignedRect();
+}
+
+Rect toRect(QRect rect) {
+    return {{static_cast<double>(rect.x()), static_cast<double>(rect.y())},
+            {static_cast<double>(rect.width()), static_cast<double>(rect.height())}};
+}
+
+const QScreen& screenAt(QPoint point) {
+    const auto* found = QGuiApplication::screenAt(point);
+    return found != nullptr ? *found : *QGuiApplication::primaryScreen();
+}
+
+}  // namespace
+
+QtPopover::QtPopover(WindowSystem& windowSystem) : window_(windowSystem) {
+    // A click on a tray that takes the focus must find the popover as it was.
+    focusLoss_.setInterval(static_cast<int>(std::lround(MouseMonitor::statusClickGrace * 1000)));
+    focusLoss_.setSingleShot(true);
+    focusLoss_.callOnTimeout([this] { closeUnlessFocused(); });
+    QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, &window_, [this] { followFocus(); });
+}
+
+void QtPopover::setContentSize(Size points) {
+    window_.setContentSize(QSizeF(points.width, points.height).toSize());
+}
+
+void QtPopover::setBehavior(PopoverBehavior behavior) {
+    isTransient_ = behavior == PopoverBehavior::transient;
+}
+
+void QtPopover::setContent(std::unique_ptr<PopoverContent> content) {
+    colorScheme_.reset();
+    content_.reset(dynamic_cast<QtPopoverContent*>(content.get()));
+    if (!content_)
+        return;
+    content.release();
+    window_.setContent(content_->widget());
+    window_.setColorScheme(content_->colorScheme());
+    colorScheme_ = content_->onColorSchemeChange([this] { window_.setColorScheme(content_->colorScheme()); });
+    window_.winId();  // the window is there before the first opening, which then only maps it
+}
+
+bool QtPopover::isShown() const {
+    return window_.isVisible();
+}
+
+void QtPopover::show(Rect anchor, RectEdge /*preferredEdge*/) {
+    const QRect place = toQRect(anchor);
+    const QRect available = screenAt(place.center()).availableGeometry();
+    window_.moveContentTo(frameBesideAnchor(place, window_.contentFrame().size(), available).topLeft());
+    window_.show();
+    window_.raise();
+}
+
+void QtPopover::performClose() {
+    window_.close();
+}
+
+std::optional<Rect> QtPopover::windowFrame() const {
+    if (!content_)
+        return std::nullopt;
+    return toRect(window_.contentFrame());
+}
+
+void QtPopover::makeKeyWindow() {
+    window_.takeFocus();
+}
+
+void QtPopover::followFocus() {
+    if (QGuiApplication::focusWindow() != nullptr)
+        focusLoss_.stop();
+    else if (isShown() && isTransient_)
+        focusLoss_.start();
+}
+
+void QtPopover::closeUnlessFocused() {
+    // A menu of ours has the keyboard without being a focus window; a button still held may be a click on the tray.
+    if (QApplication::activePopupWidget() != nullptr || window_.windowSystem().isMouseButtonDown())
+        focusLoss_.start();
+    else
+        performClose();
+}
+
+std::unique_ptr<Popover> QtPopovers::createPopover() {
+    return std::make_unique<QtPopover>(windowSystem_);
+}
+
+}  // namespace brindle
