@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 
 namespace brindle::unicode {
 
@@ -28,6 +29,18 @@ icu::StringPiece piece(std::string_view text) {
     return {text.data(), static_cast<std::int32_t>(text.size())};
 }
 
+/// Where the ASCII at `start` ends, give or take seven characters: most texts are nothing else, and eight at a time are
+/// many times faster.
+std::size_t asciiEnd(std::string_view text, std::size_t start) {
+    std::uint64_t eight;
+    for (; start + sizeof eight <= text.size(); start += sizeof eight) {
+        std::memcpy(&eight, text.data() + start, sizeof eight);
+        if ((eight & 0x8080808080808080U) != 0)
+            break;
+    }
+    return start;
+}
+
 /// The length of the ill-formed piece at `start`, or of the well-formed run there with `isWell` set.
 struct Run {
     std::size_t end;
@@ -37,14 +50,13 @@ struct Run {
 Run nextRun(std::string_view text, std::size_t start) {
     const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
     const auto size = text.size();
-    std::size_t at = start;
-    while (at < size) {
+    for (std::size_t at = asciiEnd(text, start); at < size;) {
         std::size_t next = at;
         UChar32 character;
         U8_NEXT(bytes, next, size, character);
         if (character < 0)
             return at > start ? Run{at, true} : Run{next, false};
-        at = next;
+        at = asciiEnd(text, next);
     }
     return {size, true};
 }
@@ -52,7 +64,8 @@ Run nextRun(std::string_view text, std::size_t start) {
 }  // namespace
 
 bool isWellFormed(std::string_view text) {
-    return text.empty() || (nextRun(text, 0).isWell && nextRun(text, 0).end == text.size());
+    const Run run = nextRun(text, 0);
+    return run.isWell && run.end == text.size();
 }
 
 std::string repaired(std::string text) {
