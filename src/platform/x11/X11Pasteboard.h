@@ -1,0 +1,56 @@
+#pragma once
+
+#include <xcb/xfixes.h>
+
+#include <QTimer>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "platform/Pasteboard.h"
+#include "platform/x11/X11SelectionReader.h"
+#include "platform/x11/X11SelectionServer.h"
+
+namespace brindle {
+
+/// The CLIPBOARD selection. It is read and served here and not by the toolkit, whose clipboard waits for other
+/// programs, takes a selection only with the time of its own last event, and so fails to take it after a key that was
+/// grabbed on another connection. What the toolkit puts there (a copy in a text field of ours) is read like any other
+/// program's.
+///
+/// One rule follows: nothing in this process may read CLIPBOARD through the toolkit, which would wait for the main
+/// thread to serve it.
+class X11Pasteboard final : public Pasteboard {
+public:
+    /// The connection is this object's alone. `deadline`: seconds without progress after which an owner is given up.
+    explicit X11Pasteboard(X11Connection& connection, double deadline = readDeadline);
+
+    [[nodiscard]] std::int64_t changeCount() const override { return changeCount_; }
+    [[nodiscard]] std::optional<SharedText> string() const override { return text_; }
+    void clearContents() override;
+    void setString(const SharedText& text) override;
+
+    /// Owns the PRIMARY selection with this text, for programs that paste from nowhere else. Who had it before does not
+    /// get it back.
+    void lendPrimary(const SharedText& text);
+    /// Leaves PRIMARY without an owner, unless somebody has taken it meanwhile. Text asked for already still arrives.
+    void returnPrimary();
+
+private:
+    void subscribe();
+    void readPresentOwner();
+    void handleNotice(const xcb_xfixes_selection_notify_event_t& notice);
+    void watch(xcb_atom_t selection, std::uint32_t events);
+    void settle(std::optional<SharedText> text);
+
+    X11Connection& connection_;
+    xcb_atom_t clipboard_;
+    X11SelectionServer server_;
+    X11SelectionReader reader_;
+    QTimer heldClearing_;  // real at the end of the turn, so that clearing and setting are one change of ownership
+    std::int64_t changeCount_ = 0;
+    std::optional<SharedText> text_;
+    std::vector<Subscription> events_;
+};
+
+}  // namespace brindle
