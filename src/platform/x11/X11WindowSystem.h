@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QPointer>
+#include <QWindow>
+#include <memory>
+
+#include "platform/qt/WindowSystem.h"
+#include "platform/x11/X11Connection.h"
+
+namespace brindle {
+
+/// What the toolkit's windows need of X11: the compositor and the tray, which own selections of their screen, and the
+/// keyboard. The toolkit must run on X11 too.
+class X11WindowSystem final : public WindowSystem {
+public:
+    /// On a connection that nobody else takes property or selection notices from.
+    explicit X11WindowSystem(std::unique_ptr<X11Connection> connection);
+
+    [[nodiscard]] bool isComposited() const override { return compositor_.hasOwner; }
+    [[nodiscard]] Subscription onCompositingChange(std::function<void()> observer) override;
+    [[nodiscard]] bool hasEmbeddingTray() const override { return tray_.hasOwner; }
+    [[nodiscard]] Subscription onEmbeddingTrayChange(std::function<void()> observer) override;
+    void takeFocus(QWindow& window) override;
+    void setInputRectangle(QWindow& window, QRect rectangle) override;
+    [[nodiscard]] bool isMouseButtonDown() const override;
+
+private:
+    struct Selection {
+        xcb_atom_t name = XCB_ATOM_NONE;
+        bool hasOwner = false;
+        Signal<> changes;
+    };
+
+    [[nodiscard]] bool hasOwner(const Selection& selection) const;
+    void watch(Selection& selection, std::string_view name);
+    void refresh(Selection& selection);
+    void giveFocus(xcb_timestamp_t time);
+
+    std::unique_ptr<X11Connection> connection_;
+    Selection compositor_;
+    Selection tray_;
+    xcb_window_t clock_;
+    QPointer<QWindow> wantsFocus_;
+    Subscription selectionNotices_;
+    Subscription propertyNotices_;
+};
+
+}  // namespace brindle
