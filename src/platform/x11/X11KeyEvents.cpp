@@ -1,0 +1,154 @@
+#include "platform/x11/X11KeyEvents.h"
+
+#include <xcb/xinput.h>
+#include <xcb/xtest.h>
+#include <xkbcommon/xkbcommon-keysyms.h>
+
+#include <utility>
+#include <vector>
+
+#include "platform/x11/X11Connection.h"
+#include "platform/x11/X11KeyStates.h"
+#include "platform/x11/X11PasteChords.h"
+#include "platform/x11/X11Windows.h"
+
+namespace brindle {
+
+namespace {
+
+// Where the keys are on a PC keyboard, for a layout that does not have the symbol.
+constexpr xcb_keycode_t placeOfControl = 37;
+constexpr xcb_keycode_t placeOfShift = 50;
+constexpr xcb_keycode_t placeOfInsert = 118;
+
+class X11KeyEventSource : public KeyEventSource {};
+
+class X11KeyEvent : public KeyEvent {
+public:
+    X11KeyEvent(VirtualKey virtualKey, KeyDirection keyDirection) : key(virtualKey), direction(keyDirection) {}
+
+    void setFlags(std::uint64_t /*flags*/) override {}  // the chord has its own modifiers
+
+    VirtualKey key;
+    KeyDirection direction;
+};
+
+template <typename Step>
+void forEach(const KeySet& keys, Step step) {
+    for (std::size_t key = 0; key < keys.size(); ++key) {
+        if (keys[key])
+            step(static_cast<xcb_keycode_t>(key));
+    }
+}
+
+/// In the order in which they go down.
+std::vector<xcb_keycode_t> keysOf(PasteChord chord, const X11Keyboard& keyboard) {
+    const auto key = [&](xkb_keysym_t symbol, xcb_keycode_t place) { return keyboard.keyFor(symbol).value_or(place); };
+    const auto control = key(XKB_KEY_Control_L, placeOfControl);
+    const auto shift = key(XKB_KEY_Shift_L, placeOfShift);
+    switch (chord) {
+        case PasteChord::controlShiftV:
+            return {control, shift, keyboard.vKey()};
+        case PasteChord::shiftInsert:
+            return {shift, key(XKB_KEY_Insert, placeOfInsert)};
+        case PasteChord::controlV:
+            break;
+    }
+    return {control, keyboard.vKey()};
+}
+
+}  // namespace
+
+X11KeyEvents::X11KeyEvents(X11Connection& connection, const X11Keyboard& keyboard, PrimaryLoan primary)
+    : connection_(connection), keyboard_(keyboard), primary_(std::move(primary)) {
+    loan_.setSingleShot(true);
+    QObject::connect(&loan_, &QTimer::timeout, [this] { primary_.giveBack(); });
+    if (connection_.hasExtension(xcb_input_id))
+        rawReleases_ = connection_.onGenericEvent(xcb_input_id, XCB_INPUT_RAW_KEY_RELEASE,
+                                                  [this](const auto& event) { handleRawRelease(event); });
+}
+
+X11KeyEvents::~X11KeyEvents() {
+    letGo(lentToFingers_);
+}
+
+std::unique_ptr<KeyEventSource> X11KeyEvents::createSource(EventSourceState /*state*/) {
+    if (!connection_.hasExtension(xcb_test_id))
+        return nullptr;
+    return std::make_unique<X11KeyEventSource>();
+}
+
+std::unique_ptr<KeyEvent> X11KeyEvents::createKeyEvent(KeyEventSource& /*source*/, VirtualKey key,
+                                                       KeyDirection direction) {
+    if (key != VirtualKey::v && key != VirtualKey::command)
+        return nullptr;
+    return std::make_unique<X11KeyEvent>(key, direction);
+}
+
+void X11KeyEvents::post(EventTapLocation /*location*/, const KeyEvent& event) {
+    const auto& posted = static_cast<const X11KeyEvent&>(event);
+    // The chord goes out whole when V goes down: between its keys no finger can move and no auto-repeat come through.
+    if (posted.key == VirtualKey::v && posted.direction == KeyDirection::down)
+        postPaste();
+}
+
+void X11KeyEvents::postPaste() {
+    const auto chord = pasteChordFor(x11::namesOf(connection_, x11::activeWindow(connection_)));
+    if (chord == PasteChord::shiftInsert)
+        lendPrimary();
+    const auto keys = keysOf(chord, keyboard_);
+    // Listened to before the fingers are looked at, so that no release goes unseen.
+    rawEvents_ = connection_.selectRawEvents(XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE);
+    const auto states = X11KeyStates::read(connection_);
+    takeUp(states, keys.back());
+    for (auto key = keys.begin(); key != keys.end(); ++key)
+        fake(XCB_KEY_PRESS, *key);
+    for (auto key = keys.rbegin(); key != keys.rend(); ++key)
+        fake(XCB_KEY_RELEASE, *key);
+    // At once: a repeat of a held V without its modifiers would be typed.
+    putBack(states.fingers & keyboard_.modifierKeys());
+}
+
+void X11KeyEvents::takeUp(const X11KeyStates& states, xcb_keycode_t lastKey) {
+    if ((states.core | states.synthetic)[lastKey])
+        fake(XCB_KEY_RELEASE, lastKey);
+    // A hot key or tap whose key is still down has the keyboard; the chord would come to us.
+    xcb_ungrab_keyboard(connection_.get(), XCB_CURRENT_TIME);
+    letGo(states.synthetic | (states.core & keyboard_.modifierKeys()));
+}
+
+void X11KeyEvents::putBack(const KeySet& modifiers) {
+    lentToFingers_ = modifiers;
+    forEach(modifiers, [this](xcb_keycode_t key) { fake(XCB_KEY_PRESS, key); });
+    letGoOfReleased();
+}
+
+void X11KeyEvents::letGoOfReleased() {
+    const KeySet released = lentToFingers_ & ~X11KeyStates::read(connection_).fingers;
+    letGo(released);
+    lentToFingers_ &= ~released;
+    if (lentToFingers_.none())
+        rawEvents_.reset();
+}
+
+void X11KeyEvents::letGo(const KeySet& keys) {
+    forEach(keys, [this](xcb_keycode_t key) { fake(XCB_KEY_RELEASE, key); });
+    connection_.flush();
+}
+
+void X11KeyEvents::handleRawRelease(const xcb_generic_event_t& event) {
+    const auto key = reinterpret_cast<const xcb_input_raw_key_release_event_t&>(event).detail;
+    if (key < lentToFingers_.size() && lentToFingers_[key])
+        letGoOfReleased();
+}
+
+void X11KeyEvents::lendPrimary() {
+    primary_.lend();
+    loan_.start(loanTime);
+}
+
+void X11KeyEvents::fake(std::uint8_t type, xcb_keycode_t key) {
+    xcb_test_fake_input(connection_.get(), type, key, XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
+}
+
+}  // namespace brindle
