@@ -1,0 +1,208 @@
+#include "platform/x11/X11Workspace.h"
+
+#include <unistd.h>
+
+#include <QProcess>
+#include <QUrl>
+#include <utility>
+
+#include "platform/Bundle.h"
+#include "platform/qt/QtText.h"
+#include "platform/x11/X11Windows.h"
+
+namespace brindle {
+
+namespace {
+
+constexpr std::string_view activeProperty = "_NET_ACTIVE_WINDOW";
+constexpr std::string_view managerProperty = "_NET_SUPPORTING_WM_CHECK";
+constexpr std::uint32_t sourcePager = 2;  // a request of the user's, which no focus-stealing prevention holds up
+
+int milliseconds(double seconds) {
+    return static_cast<int>(seconds * 1000);
+}
+
+}  // namespace
+
+X11Workspace::X11Workspace(X11Connection& connection, const DesktopEntryIndex& index, const Bundle& bundle)
+    : connection_(connection), index_(index), bundle_(bundle) {
+    const auto identifier = bundle_.bundleIdentifier();
+    ourselves_ = std::make_shared<X11RunningApplication>(
+        nullptr, XCB_WINDOW_NONE, std::make_shared<bool>(false),
+        X11ApplicationFacts{identifier, index_.nameOf(identifier.value_or("")), getpid()});
+    for (QTimer* timer : {&settling_, &activationEnd_}) {
+        timer->setSingleShot(true);
+        timer->setTimerType(Qt::PreciseTimer);
+    }
+    connect(&settling_, &QTimer::timeout, this, [this] { active_.reset(); });
+    connect(&activationEnd_, &QTimer::timeout, this, [this] { endActivation(); });
+
+    properties_ = connection_.onEvent(XCB_PROPERTY_NOTIFY, [this](const auto& event) {
+        handleProperty(reinterpret_cast<const xcb_property_notify_event_t&>(event));
+    });
+    destructions_ = connection_.onEvent(XCB_DESTROY_NOTIFY, [this](const auto& event) {
+        handleDestroyed(reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window);
+    });
+    connection_.selectEvents(connection_.root(), XCB_EVENT_MASK_PROPERTY_CHANGE);
+    updateManager();
+}
+
+X11Workspace::~X11Workspace() = default;
+
+RunningApplicationHandle X11Workspace::frontmostApplication() const {
+    if (!isManagerTelling_)
+        return makeHandle(x11::activeWindow(connection_));
+    if (isMasked())
+        return ourselves_;
+    // Asked again: applications name their windows as late as after showing them.
+    if (auto fresh = active_ ? makeHandle(active_->window()) : nullptr)
+        return fresh;
+    return active_;
+}
+
+Subscription X11Workspace::onDidActivateApplication(std::function<void(const RunningApplicationHandle&)> observer) {
+    return activations_.subscribe(std::move(observer));
+}
+
+bool X11Workspace::openUrl(std::string_view url) {
+    const auto address =
+        QUrl::fromEncoded(QByteArray(url.data(), static_cast<qsizetype>(url.size())), QUrl::StrictMode);
+    if (!address.isValid() || address.scheme().isEmpty())
+        return false;
+    return QProcess::startDetached("xdg-open", {toQString(url)});
+}
+
+std::optional<std::string> X11Workspace::applicationPath(std::string_view bundleIdentifier) const {
+    return index_.pathOf(bundleIdentifier);
+}
+
+std::optional<std::string> X11Workspace::iconForFile(std::string_view path) const {
+    return index_.iconOf(path);
+}
+
+void X11Workspace::handleProperty(const xcb_property_notify_event_t& event) {
+    if (event.window != connection_.root())
+        return;
+    if (event.atom == connection_.atom(managerProperty) || event.atom == connection_.atom("_NET_SUPPORTED"))
+        updateManager();
+    else if (event.atom == connection_.atom(activeProperty))
+        updateActive();
+}
+
+void X11Workspace::handleDestroyed(xcb_window_t window) {
+    if (const auto found = isGone_.extract(window))
+        *found.mapped() = true;
+    if (window == manager_)
+        updateManager();
+}
+
+// The properties of a window manager that was killed stay on the root: its own window tells.
+void X11Workspace::updateManager() {
+    manager_ = connection_.firstOfProperty32(connection_.root(), connection_.atom(managerProperty), XCB_ATOM_WINDOW);
+    if (manager_ != XCB_WINDOW_NONE)
+        connection_.selectEvents(manager_, XCB_EVENT_MASK_STRUCTURE_NOTIFY);
+    isManagerTelling_ = x11::managerSupports(connection_, activeProperty);
+    updateActive();
+}
+
+void X11Workspace::updateActive() {
+    const auto window = isManagerTelling_ ? x11::activeWindow(connection_) : xcb_window_t{XCB_WINDOW_NONE};
+    auto handle = makeHandle(window);
+    if (!handle) {
+        if (!settling_.isActive())
+            settling_.start(milliseconds(settlingTime));
+        return;
+    }
+    settling_.stop();
+    const bool isSame = active_ && active_->window() == window;
+    active_ = std::move(handle);
+    if (!isSame)
+        announce();
+}
+
+void X11Workspace::announce() {
+    if (activation_ && x11::isOrBelongsTo(connection_, active_->window(), activation_->window))
+        activation_.reset();
+    isUnannounced_ = isMasked();
+    if (!isUnannounced_)
+        activations_.emit(active_);
+}
+
+void X11Workspace::endActivation() {
+    activation_.reset();
+    if (std::exchange(isUnannounced_, false) && active_)
+        activations_.emit(active_);
+}
+
+bool X11Workspace::isMasked() const {
+    return activation_ && (active_ ? active_->facts() : X11ApplicationFacts{}).looksLike(activation_->facts);
+}
+
+std::shared_ptr<X11RunningApplication> X11Workspace::makeHandle(xcb_window_t window) const {
+    if (window == XCB_WINDOW_NONE)
+        return nullptr;
+    auto& isGone = isGone_[window];
+    if (!isGone) {
+        isGone = std::make_shared<bool>(false);
+        connection_.selectEvents(window, XCB_EVENT_MASK_STRUCTURE_NOTIFY);
+        // A window that went before that will not tell any more.
+        if (!x11::exists(connection_, window)) {
+            isGone_.erase(window);
+            return nullptr;
+        }
+    }
+    return std::make_shared<X11RunningApplication>(const_cast<X11Workspace*>(this), window, isGone, factsOf(window));
+}
+
+X11ApplicationFacts X11Workspace::factsOf(xcb_window_t window) const {
+    X11ApplicationFacts facts;
+    const auto names = x11::namesOf(connection_, window);
+    facts.processIdentifier = x11::processOf(connection_, window);
+    facts.activationPolicy = x11::policyOf(connection_, window);
+    facts.bundleIdentifier =
+        facts.processIdentifier == getpid() ? bundle_.bundleIdentifier() : index_.identifierFor(names);
+    if (facts.bundleIdentifier)
+        facts.localizedName = index_.nameOf(*facts.bundleIdentifier);
+    if (!facts.localizedName && !names.windowClass.empty())
+        facts.localizedName = names.windowClass;
+    return facts;
+}
+
+bool X11Workspace::activate(const X11RunningApplication& application) {
+    if (!x11::exists(connection_, application.window()))
+        return false;
+    if (!isManagerTelling_)
+        return focus(application.window());
+    requestActivation(application.window());
+    if (!active_ || !x11::isOrBelongsTo(connection_, active_->window(), application.window())) {
+        activation_ = {application.window(), application.facts()};
+        activationEnd_.start(milliseconds(activationTime));
+    }
+    return true;
+}
+
+void X11Workspace::requestActivation(xcb_window_t window) {
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = connection_.atom(activeProperty);
+    message.data.data32[0] = sourcePager;
+    message.data.data32[1] = connection_.lastTime();
+    xcb_send_event(connection_.get(), 0, connection_.root(),
+                   XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                   reinterpret_cast<const char*>(&message));
+    connection_.flush();
+}
+
+bool X11Workspace::focus(xcb_window_t window) {
+    const std::uint32_t above = XCB_STACK_MODE_ABOVE;
+    xcb_configure_window(connection_.get(), window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+    // Refused by the server when the window is not on the screen.
+    const auto cookie =
+        xcb_set_input_focus_checked(connection_.get(), XCB_INPUT_FOCUS_POINTER_ROOT, window, XCB_CURRENT_TIME);
+    const XcbPointer<xcb_generic_error_t> error(xcb_request_check(connection_.get(), cookie));
+    return !error;
+}
+
+}  // namespace brindle

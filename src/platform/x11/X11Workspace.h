@@ -1,0 +1,79 @@
+#pragma once
+
+#include <QObject>
+#include <QTimer>
+#include <memory>
+#include <unordered_map>
+
+#include "platform/Workspace.h"
+#include "platform/x11/X11Connection.h"
+#include "platform/x11/X11RunningApplication.h"
+
+namespace brindle {
+
+class Bundle;
+class DesktopEntryIndex;
+
+/// The windows of the desktop as applications. Without a window manager that reports the active window the one with
+/// the input focus is in front; it is looked up when somebody asks, and nobody is notified.
+class X11Workspace : public QObject, public Workspace {
+    Q_OBJECT
+
+public:
+    /// Seconds in which a window manager follows a request to activate a window, or never will.
+    static constexpr double activationTime = 1.2;
+
+    X11Workspace(X11Connection& connection, const DesktopEntryIndex& index, const Bundle& bundle);
+    ~X11Workspace() override;
+
+    /// While an activation of ours is under way, other windows that could be taken for the wanted one do not show:
+    /// until it is done this program counts as frontmost.
+    [[nodiscard]] RunningApplicationHandle frontmostApplication() const override;
+    [[nodiscard]] Subscription onDidActivateApplication(
+        std::function<void(const RunningApplicationHandle&)> observer) override;
+    bool openUrl(std::string_view url) override;
+    [[nodiscard]] std::optional<std::string> applicationPath(std::string_view bundleIdentifier) const override;
+    [[nodiscard]] std::optional<std::string> iconForFile(std::string_view path) const override;
+
+    /// Brings that very window to the front, whichever desktop it is on. Returns whether the request could be made.
+    bool activate(const X11RunningApplication& application);
+
+private:
+    using Handle = std::shared_ptr<X11RunningApplication>;
+    struct Activation {
+        xcb_window_t window;
+        X11ApplicationFacts facts;
+    };
+
+    void handleProperty(const xcb_property_notify_event_t& event);
+    void handleDestroyed(xcb_window_t window);
+    void updateManager();
+    void updateActive();
+    void announce();
+    void endActivation();
+    [[nodiscard]] bool isMasked() const;
+    [[nodiscard]] Handle makeHandle(xcb_window_t window) const;
+    [[nodiscard]] X11ApplicationFacts factsOf(xcb_window_t window) const;
+    void requestActivation(xcb_window_t window);
+    bool focus(xcb_window_t window);
+
+    X11Connection& connection_;
+    const DesktopEntryIndex& index_;
+    const Bundle& bundle_;
+    RunningApplicationHandle ourselves_;
+
+    xcb_window_t manager_ = XCB_WINDOW_NONE;
+    bool isManagerTelling_ = false;
+    Handle active_;
+    bool isUnannounced_ = false;
+    QTimer settling_;
+    std::optional<Activation> activation_;
+    QTimer activationEnd_;
+    mutable std::unordered_map<xcb_window_t, std::shared_ptr<bool>> isGone_;
+
+    Signal<const RunningApplicationHandle&> activations_;
+    Subscription properties_;
+    Subscription destructions_;
+};
+
+}  // namespace brindle
