@@ -11,7 +11,6 @@
 #include "platform/Pasteboard.h"
 #include "platform/Platform.h"
 #include "platform/qt/QtText.h"
-#include "views/FocusRing.h"
 #include "views/Fonts.h"
 #include "views/Palette.h"
 
@@ -139,16 +138,6 @@ void TextField::restartBlinking() {
         isCaretShown_ = !isCaretShown_;
         update();
     });
-}
-
-void paintFieldBox(QPainter& painter, const QRectF& box, double radius, FieldState state, ColorScheme scheme) {
-    constexpr double glow = 3;
-    if (state == FieldState::focused)
-        strokeRounded(painter, box.adjusted(-glow, -glow, glow, glow), radius + glow, glow,
-                      color(Role::focusGlow, scheme));
-    fillRounded(painter, box, radius, color(Role::input, scheme));
-    constexpr Role outlines[] = {Role::border, Role::inputHover, Role::accent};
-    strokeRounded(painter, box, radius, 1, color(outlines[static_cast<int>(state)], scheme));
 }
 
 }  // namespace brindle

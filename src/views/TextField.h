@@ -43,9 +43,4 @@ private:
     bool isCaretShown_ = false;
 };
 
-enum class FieldState { rest, hovered, focused };
-
-/// The box around a field. When focused it glows for 3 points outside of the rectangle.
-void paintFieldBox(QPainter& painter, const QRectF& box, double radius, FieldState state, ColorScheme scheme);
-
 }  // namespace brindle

@@ -1,0 +1,35 @@
+#include "views/ContentPopover.h"
+
+#include <utility>
+
+#include "views/ContentView.h"
+
+namespace brindle {
+
+ContentPopover::ContentPopover(HistoryManager& historyManager, ClipboardMonitor& clipboardMonitor,
+                               SettingsManager& settingsManager)
+    : view_(new ContentView(historyManager, clipboardMonitor, settingsManager)), scheme_(view_->effectiveScheme()) {
+    QObject::connect(view_, &ContentView::rebuilt, view_, [this] {
+        const ColorScheme before = std::exchange(scheme_, view_->effectiveScheme());
+        if (before != scheme_)
+            schemeChanges_.emit();
+    });
+}
+
+ContentPopover::~ContentPopover() {
+    delete view_;
+}
+
+QWidget& ContentPopover::widget() {
+    return *view_;
+}
+
+ColorScheme ContentPopover::colorScheme() const {
+    return scheme_;
+}
+
+Subscription ContentPopover::onColorSchemeChange(std::function<void()> observer) {
+    return schemeChanges_.subscribe(std::move(observer));
+}
+
+}  // namespace brindle

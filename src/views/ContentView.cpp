@@ -1,0 +1,137 @@
+#include "views/ContentView.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+#include <QPointer>
+
+#include "platform/DefaultsStore.h"
+#include "platform/MainQueue.h"
+#include "platform/Platform.h"
+#include "services/HistoryManager.h"
+#include "services/SettingsManager.h"
+#include "views/Appearance.h"
+#include "views/FooterView.h"
+#include "views/HeaderView.h"
+#include "views/HistoryView.h"
+#include "views/Palette.h"
+
+namespace brindle {
+
+namespace {
+
+// Points.
+constexpr QRect headerPlace(0, 0, 350, 64);
+constexpr QRect dividerPlace(0, 100, 350, 1);
+constexpr QRect contentPlace(0, 101, 350, 370);
+constexpr QRect footerPlace(0, 471, 350, 29);
+
+constexpr std::string_view themeKey = "appTheme";
+
+std::string storedTheme() {
+    return platform().defaults().string(themeKey).value_or("Dark");
+}
+
+}  // namespace
+
+ContentView::ContentView(HistoryManager& historyManager, ClipboardMonitor& clipboardMonitor,
+                         SettingsManager& settingsManager, QWidget* parent)
+    : QWidget(parent),
+      historyManager_(historyManager),
+      settingsManager_(settingsManager),
+      header_(std::make_unique<HeaderView>(state_.searchText, state_.isSearchFocused, state_.showSettings,
+                                           state_.showAbout, this)),
+      list_(std::make_unique<HistoryView>(historyManager, clipboardMonitor, state_.searchText, HistoryFilter::all(),
+                                          state_.isSearchFocused, state_.showAccessibilityDialog, this)),
+      footer_(std::make_unique<FooterView>(this)) {
+    setFixedSize(fixedSize);
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    header_->setGeometry(headerPlace);
+    list_->setGeometry(contentPlace);
+    footer_->setGeometry(footerPlace);
+    state_.appThemeRaw = storedTheme();
+    observe();
+    rebuild();
+}
+
+ContentView::~ContentView() = default;
+
+void ContentView::observe() {
+    const auto follow = [this](const auto& published) {
+        observers_.push_back(published.subscribe([this](const auto&) { scheduleRebuild(); }));
+    };
+    follow(historyManager_.history());
+    follow(historyManager_.customLists());
+    follow(settingsManager_.appTheme());
+    follow(state_.appThemeRaw);
+    follow(state_.searchText);
+    follow(state_.selectedTab);
+    observers_.push_back(platform().colorSchemes().onChange([this] { scheduleRebuild(); }));
+    observers_.push_back(platform().defaults().onChange([this](std::string_view key) {
+        if (key == themeKey)
+            state_.appThemeRaw = storedTheme();
+    }));
+}
+
+void ContentView::scheduleRebuild() {
+    if (isRebuildScheduled_)
+        return;
+    isRebuildScheduled_ = true;
+    platform().mainQueue().post([self = QPointer(this)] {
+        if (self)
+            self->rebuild();
+    });
+}
+
+void ContentView::rebuild() {
+    isRebuildScheduled_ = false;
+    header_->setColorScheme(effectiveScheme());
+    footer_->setColorScheme(effectiveScheme());
+    list_->setColorScheme(preferredScheme());
+    const auto shown = filter();
+    if (shown) {
+        list_->setFilter(*shown);
+        list_->refresh();
+    }
+    list_->setVisible(shown.has_value());
+    update();
+    Q_EMIT rebuilt();
+}
+
+ColorScheme ContentView::effectiveScheme() const {
+    return schemeOf(state_.appThemeRaw.value());
+}
+
+ColorScheme ContentView::preferredScheme() const {
+    return schemeOf(settingsManager_.appTheme().value());
+}
+
+std::optional<HistoryFilter> ContentView::filter() const {
+    const std::string& tab = state_.selectedTab.value();
+    if (tab == "All")
+        return HistoryFilter::all();
+    if (tab == "Pinned")
+        return HistoryFilter::pinned();
+    const auto id = Uuid::parse(tab);
+    return id ? std::optional(HistoryFilter::list(*id)) : std::nullopt;
+}
+
+void ContentView::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.fillRect(rect(), color(Role::surface, effectiveScheme()));
+    painter.fillRect(dividerPlace, color(Role::border, effectiveScheme()));
+}
+
+// Keeps the toolkit from giving the keyboard to the first field: typing needs a click or Tab.
+void ContentView::showEvent(QShowEvent*) {
+    if (!window()->focusWidget())
+        setFocus();
+}
+
+void ContentView::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Down && list_->isVisible())
+        list_->setFocus(Qt::TabFocusReason);
+    else
+        event->ignore();
+}
+
+}  // namespace brindle

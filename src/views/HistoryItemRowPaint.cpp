@@ -1,0 +1,83 @@
+#include <QDateTime>
+#include <QLocale>
+#include <QPainter>
+#include <QRegularExpression>
+#include <array>
+#include <cmath>
+#include <cstddef>
+
+#include "views/AppIcon.h"
+#include "views/FocusRing.h"
+#include "views/Fonts.h"
+#include "views/HistoryItemRow.h"
+#include "views/Palette.h"
+#include "views/RowText.h"
+#include "views/Symbols.h"
+
+namespace brindle {
+
+namespace {
+
+// Points, relative to the row.
+constexpr int padding = 12;
+constexpr int iconLeft = 16;
+constexpr int textLeft = 48;
+constexpr int textWidthAlone = 274;
+constexpr int textWidthBesidePin = 251;
+constexpr int pinLeft = 323;
+constexpr int pinTop = 14;
+constexpr int pinSize = 11;
+constexpr int timeGap = 4;
+constexpr int separatorHeight = 1;
+constexpr int ringInset = 2;
+constexpr int ringRadius = 6;
+
+constexpr std::array backgrounds = {Role::surface, Role::rowHover, Role::rowPressed};
+
+}  // namespace
+
+int HistoryItemRow::height(int lineCount) {
+    return padding + lineCount * lineHeight(TextStyle::entry) + timeGap + lineHeight(TextStyle::secondCaption) +
+           padding;
+}
+
+int HistoryItemRow::textWidth(const ClipboardItem& item) {
+    return item.isPinned ? textWidthBesidePin : textWidthAlone;
+}
+
+QString HistoryItemRow::timeText(Date date) {
+    const QLocale locale = QLocale::system();
+    static const QRegularExpression seconds(QStringLiteral("[:.]ss?"));
+    const QString format = locale.timeFormat(QLocale::ShortFormat).remove(seconds);
+    return locale.toString(QDateTime::fromMSecsSinceEpoch(std::llround(date.unixTime() * 1000)).time(), format);
+}
+
+void HistoryItemRow::paint(QPainter& painter, const QRect& place, const RowAppearance& appearance) const {
+    const ColorScheme scheme = appearance.scheme;
+    painter.fillRect(place, color(backgrounds[static_cast<std::size_t>(appearance.look)], scheme));
+    painter.fillRect(place.left(), place.top() + place.height() - separatorHeight, place.width(), separatorHeight,
+                     color(Role::separator, scheme));
+
+    const double ratio = painter.device()->devicePixelRatioF();
+    const QRect icon(place.left() + iconLeft, place.top() + padding, appIconSize, appIconSize);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawPixmap(icon, appIcon(item_.sourceApp, scheme, ratio));
+
+    const RowText text(item_.content.view(), textWidth(item_));
+    const QPoint textTop = place.topLeft() + QPoint(textLeft, padding);
+    painter.setPen(color(Role::primaryText, scheme));
+    text.draw(painter, textTop);
+
+    painter.setPen(color(Role::secondaryText, scheme));
+    const int timeTop = textTop.y() + text.lineCount() * lineHeight(TextStyle::entry) + timeGap;
+    drawTextLine(painter, QRectF(textTop.x(), timeTop, textWidth(item_), lineHeight(TextStyle::secondCaption)),
+                 timeText(item_.date), TextStyle::secondCaption);
+
+    if (item_.isPinned)
+        drawSymbol(painter, place.topLeft() + QPoint(pinLeft, pinTop), "pin.fill", pinSize, color(Role::pin, scheme));
+    if (appearance.showsFocusRing)
+        paintFocusRing(painter, QRectF(place).adjusted(ringInset, ringInset, -ringInset, -ringInset), ringRadius,
+                       color(Role::focusRing, scheme));
+}
+
+}  // namespace brindle
