@@ -155,6 +155,12 @@ std::uint32_t X11Connection::firstOfProperty32(xcb_window_t window, xcb_atom_t n
     return values.empty() ? 0 : values.front();
 }
 
+xcb_window_t X11Connection::selectionOwner(xcb_atom_t selection) {
+    const XcbPointer<xcb_get_selection_owner_reply_t> reply(
+        xcb_get_selection_owner_reply(connection_, xcb_get_selection_owner(connection_, selection), nullptr));
+    return reply ? reply->owner : xcb_window_t{XCB_WINDOW_NONE};
+}
+
 void X11Connection::readEvents() {
     while (const XcbPointer<xcb_generic_event_t> event{xcb_poll_for_event(connection_)})
         dispatch(*event);

@@ -74,6 +74,9 @@ public:
     /// The first 32-bit value, or 0.
     [[nodiscard]] std::uint32_t firstOfProperty32(xcb_window_t window, xcb_atom_t name, xcb_atom_t type);
 
+    /// The window that owns a selection; none when nobody does.
+    [[nodiscard]] xcb_window_t selectionOwner(xcb_atom_t selection);
+
     void flush() { xcb_flush(connection_); }
 
 private:

@@ -19,11 +19,11 @@ Subscription onCoreEvent(X11Connection& connection, std::uint8_t type, Handler h
 
 }  // namespace
 
-X11Pasteboard::X11Pasteboard(X11Connection& connection, double deadline)
+X11Pasteboard::X11Pasteboard(X11Connection& connection, X11ReadLimits limits)
     : connection_(connection),
       clipboard_(connection.atom("CLIPBOARD")),
       server_(connection),
-      reader_(connection, clipboard_, deadline, [this](std::optional<SharedText> text) { settle(std::move(text)); }) {
+      reader_(connection, clipboard_, limits, [this](std::optional<SharedText> text) { settle(std::move(text)); }) {
     heldClearing_.setSingleShot(true);
     QObject::connect(&heldClearing_, &QTimer::timeout, &heldClearing_,
                      [this] { server_.own(clipboard_, std::nullopt); });
@@ -43,7 +43,7 @@ void X11Pasteboard::subscribe() {
         connection_, XCB_DESTROY_NOTIFY, [this](const auto& event) { server_.handleDestroy(event); }));
     events_.push_back(
         onCoreEvent<xcb_property_notify_event_t>(connection_, XCB_PROPERTY_NOTIFY, [this](const auto& event) {
-            if (event.window == reader_.window())
+            if (reader_.hasWindow(event.window))
                 reader_.handleProperty(event);
             else
                 server_.handleProperty(event);
@@ -60,10 +60,7 @@ void X11Pasteboard::watch(xcb_atom_t selection, std::uint32_t events) {
 }
 
 void X11Pasteboard::readPresentOwner() {
-    const auto cookie = xcb_get_selection_owner(connection_.get(), clipboard_);
-    const XcbPointer<xcb_get_selection_owner_reply_t> reply(
-        xcb_get_selection_owner_reply(connection_.get(), cookie, nullptr));
-    if (reply && reply->owner != XCB_NONE)
+    if (connection_.selectionOwner(clipboard_) != XCB_WINDOW_NONE)
         reader_.start(XCB_CURRENT_TIME);
 }
 

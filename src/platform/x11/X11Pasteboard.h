@@ -22,8 +22,8 @@ namespace brindle {
 /// thread to serve it.
 class X11Pasteboard final : public Pasteboard {
 public:
-    /// The connection is this object's alone. `deadline`: seconds without progress after which an owner is given up.
-    explicit X11Pasteboard(X11Connection& connection, double deadline = readDeadline);
+    /// The connection is this object's alone.
+    explicit X11Pasteboard(X11Connection& connection, X11ReadLimits limits = {});
 
     [[nodiscard]] std::int64_t changeCount() const override { return changeCount_; }
     [[nodiscard]] std::optional<SharedText> string() const override { return text_; }

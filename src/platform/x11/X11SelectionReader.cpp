@@ -18,8 +18,9 @@ using std::chrono::milliseconds;
 constexpr std::uint32_t pieceLength = 1U << 18U;  // units of four bytes
 constexpr std::size_t longestList = 1U << 16U;    // bytes of targets or hint that are looked at
 
-// A late answer to a request long given up must not meet a new one on the same property.
-constexpr std::uint32_t propertyCount = 256;
+// A late answer belongs to its read by its window, and a refusal by nothing else. The windows stay for a while: some
+// owners do not survive that a requestor's window is gone.
+constexpr std::size_t windowCount = 256;
 
 constexpr std::array textTargetsBestFirst = {"UTF8_STRING", "text/plain;charset=utf-8", "STRING", "text/plain"};
 constexpr const char* secretHint = "x-kde-passwordManagerHint";
@@ -30,16 +31,9 @@ milliseconds inMilliseconds(double seconds) {
 
 }  // namespace
 
-X11SelectionReader::X11SelectionReader(X11Connection& connection, xcb_atom_t selection, double deadline,
+X11SelectionReader::X11SelectionReader(X11Connection& connection, xcb_atom_t selection, X11ReadLimits limits,
                                        Completion completion)
-    : connection_(connection),
-      selection_(selection),
-      deadline_(deadline),
-      completion_(std::move(completion)),
-      window_(xcb_generate_id(connection.get())) {
-    const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
-    xcb_create_window(connection_.get(), 0, window_, connection_.root(), -1, -1, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
-                      XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &events);
+    : connection_(connection), selection_(selection), limits_(limits), completion_(std::move(completion)) {
     patience_.setSingleShot(true);
     patience_.setTimerType(Qt::PreciseTimer);
     QObject::connect(&patience_, &QTimer::timeout, &patience_, [this] { finish(std::nullopt); });
@@ -48,15 +42,33 @@ X11SelectionReader::X11SelectionReader(X11Connection& connection, xcb_atom_t sel
 }
 
 X11SelectionReader::~X11SelectionReader() {
-    xcb_destroy_window(connection_.get(), window_);
+    for (const auto window : windows_)
+        xcb_destroy_window(connection_.get(), window);
 }
 
 void X11SelectionReader::start(xcb_timestamp_t time) {
     abandon();
+    window_ = nextWindow();
+    requests_ = 0;
     time_ = time;
     stage_ = Stage::targets;
-    end_ = QDeadlineTimer(inMilliseconds(longestRead));
+    end_ = QDeadlineTimer(inMilliseconds(limits_.longestRead));
     request(connection_.atom("TARGETS"));
+}
+
+xcb_window_t X11SelectionReader::nextWindow() {
+    const std::size_t index = reads_++ % windowCount;
+    if (index == windows_.size()) {
+        windows_.push_back(xcb_generate_id(connection_.get()));
+        const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+        xcb_create_window(connection_.get(), 0, windows_.back(), connection_.root(), -1, -1, 1, 1, 0,
+                          XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &events);
+    }
+    return windows_[index];
+}
+
+bool X11SelectionReader::hasWindow(xcb_window_t window) const {
+    return std::find(windows_.begin(), windows_.end(), window) != windows_.end();
 }
 
 void X11SelectionReader::abandon() {
@@ -77,7 +89,7 @@ void X11SelectionReader::dropProperty() {
 void X11SelectionReader::request(xcb_atom_t target) {
     dropProperty();
     target_ = target;
-    property_ = connection_.atom("BRINDLE_SELECTION_" + std::to_string(requests_++ % propertyCount));
+    property_ = connection_.atom("BRINDLE_SELECTION_" + std::to_string(requests_++));
     offset_ = 0;
     isChunked_ = false;
     received_.clear();
@@ -101,19 +113,19 @@ void X11SelectionReader::requestNextText() {
 void X11SelectionReader::handleAnswer(const xcb_selection_notify_event_t& answer) {
     if (answer.requestor != window_ || answer.selection != selection_ || wait_ != Wait::answer)
         return;
+    const bool isOfThisRead = answer.time == time_ || answer.time == XCB_CURRENT_TIME;
     if (answer.property == property_)
         readPiece();
-    else if (answer.property == XCB_ATOM_NONE && answer.target == target_ &&
-             (answer.time == time_ || answer.time == XCB_CURRENT_TIME))
+    else if (answer.property == XCB_ATOM_NONE && answer.target == target_ && isOfThisRead)
         handleRefusal();
 }
 
 void X11SelectionReader::handleProperty(const xcb_property_notify_event_t& change) {
-    if (change.window != window_ || change.state != XCB_PROPERTY_NEW_VALUE)
+    if (change.state != XCB_PROPERTY_NEW_VALUE)
         return;
-    if (change.atom != property_) {
+    if (change.window != window_ || change.atom != property_) {
         // Belongs to a request given up. An owner that sends in chunks runs out sooner when they are taken away.
-        xcb_delete_property(connection_.get(), window_, change.atom);
+        xcb_delete_property(connection_.get(), change.window, change.atom);
         connection_.flush();
     } else if (wait_ == Wait::chunk) {
         readPiece();
@@ -166,9 +178,9 @@ bool X11SelectionReader::accept(const xcb_get_property_reply_t& reply, std::stri
         decoder_.emplace(*encoding);
     }
     decoder_->append(bytes);
-    if (decoder_->size() <= largestText)
+    if (decoder_->size() <= limits_.largestText)
         return true;
-    log("A text of more than 256 MiB on the clipboard is left out.");
+    log("A text of more than " + std::to_string(limits_.largestText >> 20U) + " MiB on the clipboard is left out.");
     finish(std::nullopt);
     return false;
 }
@@ -227,8 +239,8 @@ void X11SelectionReader::await(Wait wait) {
     if (end_.hasExpired())
         finish(std::nullopt);
     else
-        patience_.start(
-            std::min(inMilliseconds(deadline_), inMilliseconds(static_cast<double>(end_.remainingTime()) / 1000)));
+        patience_.start(std::min(inMilliseconds(limits_.deadline),
+                                 inMilliseconds(static_cast<double>(end_.remainingTime()) / 1000)));
 }
 
 void X11SelectionReader::finish(std::optional<SharedText> text) {

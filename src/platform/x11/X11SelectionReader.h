@@ -10,10 +10,18 @@
 #include <vector>
 
 #include "base/SharedText.h"
+#include "platform/Pasteboard.h"
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/X11SelectionText.h"
 
 namespace brindle {
+
+/// When a read is given up.
+struct X11ReadLimits {
+    double deadline = Pasteboard::readDeadline;         ///< seconds without progress
+    double longestRead = 30.0;                          ///< seconds, however steadily an owner drips
+    std::size_t largestText = std::size_t{256} << 20U;  ///< bytes
+};
 
 /// Fetches the plain text of a selection from the program that owns it (ICCCM, 2.4), step by step from the main loop:
 /// first which targets there are, then whether they are a secret, then the best text target. One read at a time.
@@ -22,11 +30,7 @@ public:
     /// Called once for each read that is not abandoned; none: there is no text, it is a secret, or it could not be had.
     using Completion = std::function<void(std::optional<SharedText>)>;
 
-    static constexpr double longestRead = 30.0;                          ///< seconds, however steadily an owner drips
-    static constexpr std::size_t largestText = std::size_t{256} << 20U;  ///< bytes; a larger text is refused
-
-    /// `deadline`: seconds without progress after which an owner is given up.
-    X11SelectionReader(X11Connection& connection, xcb_atom_t selection, double deadline, Completion completion);
+    X11SelectionReader(X11Connection& connection, xcb_atom_t selection, X11ReadLimits limits, Completion completion);
     X11SelectionReader(const X11SelectionReader&) = delete;
     X11SelectionReader& operator=(const X11SelectionReader&) = delete;
     ~X11SelectionReader();
@@ -35,7 +39,7 @@ public:
     void start(xcb_timestamp_t time);
     void abandon();
 
-    [[nodiscard]] xcb_window_t window() const { return window_; }
+    [[nodiscard]] bool hasWindow(xcb_window_t window) const;
     void handleAnswer(const xcb_selection_notify_event_t& answer);
     void handleProperty(const xcb_property_notify_event_t& change);
 
@@ -43,6 +47,7 @@ private:
     enum class Stage { targets, hint, text };
     enum class Wait { nothing, answer, nextPiece, chunk };
 
+    [[nodiscard]] xcb_window_t nextWindow();
     void request(xcb_atom_t target);
     void requestNextText();
     void dropProperty();
@@ -57,9 +62,10 @@ private:
 
     X11Connection& connection_;
     xcb_atom_t selection_;
-    double deadline_;
+    X11ReadLimits limits_;
     Completion completion_;
-    xcb_window_t window_;
+    std::vector<xcb_window_t> windows_;  // one for each of the last reads
+    xcb_window_t window_ = XCB_WINDOW_NONE;
     QTimer patience_;
     QTimer nextPiece_;
 
@@ -70,7 +76,8 @@ private:
     std::vector<xcb_atom_t> textTargets_;  // still to be tried, the best one last
     xcb_atom_t target_ = XCB_ATOM_NONE;
     xcb_atom_t property_ = XCB_ATOM_NONE;
-    std::uint32_t requests_ = 0;
+    std::size_t reads_ = 0;
+    std::uint32_t requests_ = 0;  // of this read
 
     bool isChunked_ = false;    // the answer comes in chunks (ICCCM, 2.7.2)
     std::uint32_t offset_ = 0;  // in the property, in units of four bytes

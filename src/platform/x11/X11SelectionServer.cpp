@@ -16,7 +16,6 @@ namespace {
 
 constexpr std::size_t largestChunk = std::size_t{1} << 20U;  // bytes: a millisecond of copying
 constexpr std::size_t requestHeader = 64;                    // bytes, generously
-constexpr int sweepInterval = 1000;                          // milliseconds
 
 struct TextTarget {
     const char* target;
@@ -51,18 +50,18 @@ void X11SelectionServer::own(xcb_atom_t selection, std::optional<SharedText> tex
     // The current time and not that of some event: a key grabbed elsewhere or a timer may be what makes us take it, and
     // with a time before the last change the server would refuse.
     xcb_set_selection_owner(connection_.get(), window_, selection, XCB_CURRENT_TIME);
-    const auto cookie = xcb_get_selection_owner(connection_.get(), selection);
-    const XcbPointer<xcb_get_selection_owner_reply_t> known(
-        xcb_get_selection_owner_reply(connection_.get(), cookie, nullptr));
+    (void)connection_.selectionOwner(selection);  // an answer says that the server knows
 }
 
 void X11SelectionServer::giveUp(xcb_atom_t selection) {
     const auto found = owned_.find(selection);
     if (found == owned_.end())
         return;
-    // With the time at which we took it the server refuses when another program has taken it since.
-    xcb_set_selection_owner(connection_.get(), XCB_NONE, selection, found->second.time);
-    connection_.flush();
+    if (connection_.selectionOwner(selection) == window_) {
+        // With the time at which we took it the server refuses when another program has taken it since.
+        xcb_set_selection_owner(connection_.get(), XCB_NONE, selection, found->second.time);
+        connection_.flush();
+    }
     owned_.erase(found);
 }
 
@@ -177,7 +176,7 @@ void X11SelectionServer::startTransfer(Transfer transfer) {
     transfer.lastProgress = std::chrono::steady_clock::now();
     transfers_.push_back(std::move(transfer));
     if (!sweep_.isActive())
-        sweep_.start(sweepInterval);
+        sweep_.start(std::chrono::duration_cast<std::chrono::milliseconds>(deadline_ / 10));
 }
 
 void X11SelectionServer::sendChunk(Transfer& transfer) {

@@ -1,0 +1,210 @@
+#include "platform/x11/X11TestPeer.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QTimer>
+#include <array>
+#include <cstring>
+
+namespace brindle {
+
+bool await(const std::function<bool()>& condition) {
+    QTimer tick;
+    tick.start(5);
+    for (const QDeadlineTimer limit(5000); !condition() && !limit.hasExpired();)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    return condition();
+}
+
+TestPeer::TestPeer() : connection_(X11Connection::open()), window_(xcb_generate_id(connection_->get())) {
+    const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    xcb_create_window(connection_->get(), 0, window_, connection_->root(), 0, 0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
+                      XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &events);
+    events_.push_back(connection_->onEvent(XCB_SELECTION_REQUEST, [this](const auto& event) {
+        handleRequest(reinterpret_cast<const xcb_selection_request_event_t&>(event));
+    }));
+    events_.push_back(connection_->onEvent(XCB_PROPERTY_NOTIFY, [this](const auto& event) {
+        handleProperty(reinterpret_cast<const xcb_property_notify_event_t&>(event));
+    }));
+    events_.push_back(connection_->onEvent(XCB_SELECTION_NOTIFY, [this](const auto& event) {
+        handleNotify(reinterpret_cast<const xcb_selection_notify_event_t&>(event));
+    }));
+}
+
+void TestPeer::die() {
+    events_.clear();
+    connection_.reset();
+}
+
+void TestPeer::own(const char* selection) {
+    xcb_set_selection_owner(connection_->get(), window_, connection_->atom(selection), XCB_CURRENT_TIME);
+    connection_->flush();
+}
+
+void TestPeer::drop() {
+    xcb_set_selection_owner(connection_->get(), XCB_NONE, connection_->atom("CLIPBOARD"), XCB_CURRENT_TIME);
+    connection_->flush();
+}
+
+void TestPeer::handleRequest(const xcb_selection_request_event_t& request) {
+    ++requestsSeen;
+    const auto target = connection_->atomName(request.target);
+    const auto found = answers.find(target);
+    if (found != answers.end())
+        answer(request, found->second);
+    else if (target == "TARGETS")
+        answer(request, TestAnswer::text(targetList(), "ATOM"));
+    else
+        notify(request, XCB_ATOM_NONE);
+    connection_->flush();
+}
+
+void TestPeer::answer(const xcb_selection_request_event_t& request, const TestAnswer& given) {
+    switch (given.way) {
+        case TestAnswer::Way::refuse:
+            notify(request, XCB_ATOM_NONE);
+            break;
+        case TestAnswer::Way::stayStill:
+            held_.push_back(request);
+            break;
+        case TestAnswer::Way::give:
+            put(request.requestor, request.property, given.type, given.bytes);
+            notify(request, request.property);
+            break;
+        case TestAnswer::Way::giveInChunks: {
+            const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+            xcb_change_window_attributes(connection_->get(), request.requestor, XCB_CW_EVENT_MASK, &events);
+            xcb_change_property(connection_->get(), XCB_PROP_MODE_REPLACE, request.requestor, request.property,
+                                connection_->atom("INCR"), 32, 1, &given.sizeHint);
+            sendings_.push_back({request.requestor, request.property, given, 0});
+            notify(request, request.property);
+            break;
+        }
+    }
+}
+
+void TestPeer::answerHeldRequests() {
+    for (const auto& request : held_) {
+        put(request.requestor, request.property, "UTF8_STRING", "late");
+        notify(request, request.property);
+    }
+    held_.clear();
+    connection_->flush();
+}
+
+void TestPeer::notify(const xcb_selection_request_event_t& request, xcb_atom_t property) {
+    xcb_selection_notify_event_t notice{};
+    notice.response_type = XCB_SELECTION_NOTIFY;
+    notice.time = request.time;
+    notice.requestor = request.requestor;
+    notice.selection = request.selection;
+    notice.target = request.target;
+    notice.property = property;
+    std::array<char, 32> event{};
+    std::memcpy(event.data(), &notice, sizeof notice);
+    xcb_send_event(connection_->get(), 0, request.requestor, 0, event.data());
+}
+
+void TestPeer::put(xcb_window_t window, xcb_atom_t property, const std::string& type, const std::string& bytes) {
+    const std::uint8_t format = type == "ATOM" || type == "INTEGER" ? 32 : 8;
+    xcb_change_property(connection_->get(), XCB_PROP_MODE_REPLACE, window, property, connection_->atom(type), format,
+                        static_cast<std::uint32_t>(bytes.size() / (format / 8U)), bytes.data());
+}
+
+std::string TestPeer::targetList() {
+    std::string list;
+    for (const auto& [name, ignored] : answers) {
+        const auto atom = connection_->atom(name);
+        list.append(reinterpret_cast<const char*>(&atom), sizeof atom);
+    }
+    return list;
+}
+
+void TestPeer::sendNextChunk(Sending& sending) {
+    const auto& chunks = sending.answer.chunks;
+    const bool hasMore = sending.sent < chunks.size();
+    const bool repeats = !hasMore && sending.answer.end == TestAnswer::End::goOn;
+    if (sending.sent > chunks.size() || (!hasMore && sending.answer.end == TestAnswer::End::stop))
+        return;
+    const std::string& next = hasMore ? chunks[sending.sent] : repeats ? chunks.back() : std::string();
+    put(sending.requestor, sending.property, sending.answer.type, next);
+    if (!repeats)
+        ++sending.sent;
+    connection_->flush();
+}
+
+void TestPeer::handleProperty(const xcb_property_notify_event_t& change) {
+    if (change.window == window_) {
+        if (change.state == XCB_PROPERTY_NEW_VALUE && isChunked_ && taking_ == Taking::everything)
+            takeProperty();
+        return;
+    }
+    for (auto& sending : sendings_) {
+        if (change.state == XCB_PROPERTY_DELETE && sending.requestor == change.window &&
+            sending.property == change.atom)
+            sendNextChunk(sending);
+    }
+}
+
+void TestPeer::ask(const std::string& target, const char* selection, Taking taking) {
+    isAnswered_ = isChunked_ = false;
+    arrived_.reset();
+    taking_ = taking;
+    xcb_convert_selection(connection_->get(), window_, connection_->atom(selection), connection_->atom(target),
+                          connection_->atom("TEST_ANSWER"), XCB_CURRENT_TIME);
+    connection_->flush();
+}
+
+std::optional<std::string> TestPeer::paste(const std::string& target, const char* selection) {
+    ask(target, selection, Taking::everything);
+    return await([&] { return isAnswered_; }) ? arrived_ : "(no answer)";
+}
+
+std::optional<std::vector<std::string>> TestPeer::askForAtoms(const std::string& target) {
+    const auto bytes = paste(target);
+    if (!bytes)
+        return std::nullopt;
+    std::vector<std::string> names;
+    for (std::size_t at = 0; at + sizeof(xcb_atom_t) <= bytes->size(); at += sizeof(xcb_atom_t)) {
+        xcb_atom_t atom;
+        std::memcpy(&atom, bytes->data() + at, sizeof atom);
+        names.push_back(connection_->atomName(atom));
+    }
+    return names;
+}
+
+void TestPeer::handleNotify(const xcb_selection_notify_event_t& notice) {
+    if (notice.property == XCB_ATOM_NONE) {
+        isAnswered_ = true;
+        return;
+    }
+    const auto isIncremental = connection_->property(window_, notice.property, connection_->atom("INCR"));
+    if (isIncremental) {
+        isChunked_ = true;
+        arrived_.emplace();
+        if (taking_ == Taking::everything)
+            xcb_delete_property(connection_->get(), window_, notice.property);
+        connection_->flush();
+    } else {
+        takeProperty();
+    }
+}
+
+void TestPeer::takeProperty() {
+    const auto name = connection_->atom("TEST_ANSWER");
+    const auto piece = connection_->property(window_, name, XCB_ATOM_ANY, 64U << 20U);
+    xcb_delete_property(connection_->get(), window_, name);
+    connection_->flush();
+    if (!piece)
+        return;
+    if (!arrived_)
+        arrived_.emplace();
+    *arrived_ += *piece;
+    isAnswered_ = !isChunked_ || piece->empty();
+}
+
+bool TestPeer::hasProperty() {
+    return connection_->property(window_, connection_->atom("TEST_ANSWER"), XCB_ATOM_ANY).has_value();
+}
+
+}  // namespace brindle
