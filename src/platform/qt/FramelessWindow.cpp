@@ -6,6 +6,7 @@
 #include <QPainterPath>
 #include <QScreen>
 #include <QWindow>
+#include <cmath>
 
 #include "platform/qt/Placement.h"
 #include "platform/qt/WindowShadow.h"
@@ -30,6 +31,19 @@ QPainterPath outside(const QPainterPath& path, QRectF rect) {
     QPainterPath whole;
     whole.addRect(rect);
     return whole - path;
+}
+
+/// The whole points inside a rounded rectangle.
+QRegion roundedRegion(QRect rect, int radius) {
+    QRegion region = rect.adjusted(0, radius, 0, -radius);
+    for (int row = 0; row < radius; ++row) {
+        const double rise = radius - row - 0.5;
+        const int inset = static_cast<int>(std::lround(radius - std::sqrt(radius * radius - rise * rise)));
+        const int width = rect.width() - 2 * inset;
+        region += QRect(rect.x() + inset, rect.y() + row, width, 1);
+        region += QRect(rect.x() + inset, rect.y() + rect.height() - 1 - row, width, 1);
+    }
+    return region;
 }
 
 }  // namespace
@@ -150,8 +164,12 @@ bool FramelessWindow::event(QEvent* event) {
 
 void FramelessWindow::hideEvent(QHideEvent* event) {
     QWidget::hideEvent(event);
-    if (!event->spontaneous())
-        Q_EMIT closed();
+    if (event->spontaneous())
+        return;
+    // Left to itself, a window manager may give the focus to another program.
+    if (auto* owner = FramelessWindow::of(parentWidget()))
+        owner->takeFocus();
+    Q_EMIT closed();
 }
 
 void FramelessWindow::keyPressEvent(QKeyEvent* event) {
@@ -208,7 +226,7 @@ void FramelessWindow::layOut(QPoint contentTopLeft) {
     if (isComposited_)
         clearMask();
     else
-        setMask(roundedRect(inner, cornerRadius).toFillPolygon().toPolygon());
+        setMask(roundedRegion(inner, cornerRadius));
     if (windowHandle() != nullptr)
         windowSystem_->setInputRectangle(*windowHandle(), inner);
 }

@@ -28,7 +28,10 @@ int screenNumber(const X11Connection& connection) {
 }  // namespace
 
 X11WindowSystem::X11WindowSystem(std::unique_ptr<X11Connection> connection)
-    : connection_(std::move(connection)), clock_(xcb_generate_id(connection_->get())) {
+    : connection_(std::move(connection)),
+      clock_(xcb_generate_id(connection_->get())),
+      userTime_(connection_->atom("_NET_WM_USER_TIME")),
+      activeWindow_(connection_->atom("_NET_ACTIVE_WINDOW")) {
     const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
     xcb_create_window(connection_->get(), 0, clock_, connection_->root(), -1, -1, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
                       XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &mask);
@@ -64,8 +67,7 @@ void X11WindowSystem::takeFocus(QWindow& window) {
     wantsFocus_ = &window;
     // Window managers compare the request's time with that of the last input, and the toolkit may have seen none for
     // hours: an empty change of a property comes back with the server's time of now.
-    xcb_change_property(connection_->get(), XCB_PROP_MODE_APPEND, clock_, connection_->atom("_NET_WM_USER_TIME"),
-                        XCB_ATOM_CARDINAL, 32, 0, nullptr);
+    xcb_change_property(connection_->get(), XCB_PROP_MODE_APPEND, clock_, userTime_, XCB_ATOM_CARDINAL, 32, 0, nullptr);
     connection_->flush();
 }
 
@@ -117,14 +119,13 @@ void X11WindowSystem::giveFocus(xcb_timestamp_t time) {
         return;
     const auto id = static_cast<xcb_window_t>(window->winId());
     auto* connection = toolkitConnection();
-    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, id, connection_->atom("_NET_WM_USER_TIME"),
-                        XCB_ATOM_CARDINAL, 32, 1, &time);
+    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, id, userTime_, XCB_ATOM_CARDINAL, 32, 1, &time);
 
     xcb_client_message_event_t message{};
     message.response_type = XCB_CLIENT_MESSAGE;
     message.format = 32;
     message.window = id;
-    message.type = connection_->atom("_NET_ACTIVE_WINDOW");
+    message.type = activeWindow_;
     message.data.data32[0] = XCB_EWMH_CLIENT_SOURCE_TYPE_OTHER;  // as a pager would: no focus stealing prevention
     message.data.data32[1] = time;
     xcb_send_event(connection, 0, connection_->root(),

@@ -40,6 +40,9 @@ private:
     Selection compositor_;
     Selection tray_;
     xcb_window_t clock_;
+    // Made beforehand: a round trip while the window manager holds the server would cost the opening tens of ms.
+    xcb_atom_t userTime_;
+    xcb_atom_t activeWindow_;
     QPointer<QWindow> wantsFocus_;
     Subscription selectionNotices_;
     Subscription propertyNotices_;
