@@ -14,6 +14,7 @@
 #include "views/HeaderView.h"
 #include "views/HistoryView.h"
 #include "views/Palette.h"
+#include "views/TabsView.h"
 
 namespace brindle {
 
@@ -21,6 +22,7 @@ namespace {
 
 // Points.
 constexpr QRect headerPlace(0, 0, 350, 64);
+constexpr QRect tabsPlace(0, 64, 350, 36);
 constexpr QRect dividerPlace(0, 100, 350, 1);
 constexpr QRect contentPlace(0, 101, 350, 370);
 constexpr QRect footerPlace(0, 471, 350, 29);
@@ -40,12 +42,25 @@ ContentView::ContentView(HistoryManager& historyManager, ClipboardMonitor& clipb
       settingsManager_(settingsManager),
       header_(std::make_unique<HeaderView>(state_.searchText, state_.isSearchFocused, state_.showSettings,
                                            state_.showAbout, this)),
+      tabs_(std::make_unique<TabsView>(
+          TabsView::Bindings{
+              .selectedTab = state_.selectedTab,
+              .showNewListAlert = state_.showNewListAlert,
+              .newListName = state_.newListName,
+              .showRenameListAlert = state_.showRenameListAlert,
+              .renameListName = state_.renameListName,
+              .listToRename = state_.listToRename,
+              .showDeleteListAlert = state_.showDeleteListAlert,
+              .listToDelete = state_.listToDelete,
+          },
+          historyManager, this)),
       list_(std::make_unique<HistoryView>(historyManager, clipboardMonitor, state_.searchText, HistoryFilter::all(),
                                           state_.isSearchFocused, state_.showAccessibilityDialog, this)),
       footer_(std::make_unique<FooterView>(this)) {
     setFixedSize(fixedSize);
     setAttribute(Qt::WA_OpaquePaintEvent);
     header_->setGeometry(headerPlace);
+    tabs_->setGeometry(tabsPlace);
     list_->setGeometry(contentPlace);
     footer_->setGeometry(footerPlace);
     state_.appThemeRaw = storedTheme();
@@ -85,6 +100,8 @@ void ContentView::scheduleRebuild() {
 void ContentView::rebuild() {
     isRebuildScheduled_ = false;
     header_->setColorScheme(effectiveScheme());
+    tabs_->setColorScheme(effectiveScheme());
+    tabs_->refresh();
     footer_->setColorScheme(effectiveScheme());
     list_->setColorScheme(preferredScheme());
     const auto shown = filter();

@@ -18,6 +18,7 @@ class HistoryFilter;
 class HistoryView;
 class HistoryManager;
 class SettingsManager;
+class TabsView;
 
 /// What the popover hosts: header, tabs, list and footer. It owns the popover's state. Any number of changes in one
 /// turn of the main loop are one rebuild in the next.
@@ -55,6 +56,7 @@ private:
 
     // Gone before the state that they refer to.
     std::unique_ptr<HeaderView> header_;
+    std::unique_ptr<TabsView> tabs_;
     std::unique_ptr<HistoryView> list_;
     std::unique_ptr<FooterView> footer_;
     std::vector<Subscription> observers_;
