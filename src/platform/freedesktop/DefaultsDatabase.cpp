@@ -132,7 +132,7 @@ DefaultsDatabase::Opening DefaultsDatabase::open(const std::string& path) {
     const int error = secure(path);
     if (error != 0 && isNew)
         return {Outcome::noRoom, files::reason(error), nullptr};
-    if (error != 0 && ::access(path.c_str(), R_OK) != 0)
+    if (error != 0 && ::faccessat(AT_FDCWD, path.c_str(), R_OK, AT_EACCESS) != 0)
         return {Outcome::blocked, files::reason(error), nullptr};
 
     auto opening = connect(path, error == 0 ? Mode::readWrite : Mode::readOnly, isNew);

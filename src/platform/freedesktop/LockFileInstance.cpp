@@ -23,7 +23,7 @@ constexpr int socketType = SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK;
 
 std::string folder() {
     const char* runtime = std::getenv("XDG_RUNTIME_DIR");
-    if (runtime != nullptr && runtime[0] == '/' && ::access(runtime, W_OK | X_OK) == 0)
+    if (runtime != nullptr && runtime[0] == '/' && ::faccessat(AT_FDCWD, runtime, W_OK | X_OK, AT_EACCESS) == 0)
         return runtime;
     return xdg::dataHome() + "/brindle";
 }

@@ -23,6 +23,7 @@ PortalAppearance::PortalAppearance(std::function<void()> changed) : changed_(std
     auto bus = sessionBus();
     if (!bus)
         return;
+    qRegisterMetaType<QDBusVariant>();  // the slot's types are looked up by name
     bus->connect(service, path, interface, QStringLiteral("SettingChanged"), this,
                  SLOT(settingChanged(QString, QString, QDBusVariant)));
     // Every version of the portal has "Read"; it wraps the value twice.

@@ -1,0 +1,73 @@
+#include "platform/freedesktop/BusSingleInstance.h"
+
+#include "platform/freedesktop/PrivateBus.h"
+#include "platform/freedesktop/Scratch.h"
+
+namespace brindle {
+namespace {
+
+/// Another start of the program: this test's program, which then only claims and ends with the answer.
+InstanceClaim claimInAnotherProcess() {
+    QProcess other;
+    other.setProcessChannelMode(QProcess::ForwardedChannels);
+    other.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--claim")});
+    EXPECT_TRUE(await([&] { return other.state() == QProcess::NotRunning; }));
+    return static_cast<InstanceClaim>(other.exitCode());
+}
+
+class BusSingleInstanceTest : public testing::Test {
+protected:
+    BusSingleInstanceTest() {
+        qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+        qputenv("XDG_RUNTIME_DIR", scratch_.path().c_str());
+        qputenv("XDG_DATA_HOME", (scratch_ / "data").c_str());
+    }
+
+    void expectOneOfTwo() {
+        int starts = 0;
+        const auto subscription = instance_.onSecondStart([&] { ++starts; });
+        EXPECT_EQ(instance_.claim(), InstanceClaim::first);
+        EXPECT_EQ(claimInAnotherProcess(), InstanceClaim::handedOver);
+        EXPECT_TRUE(await([&] { return starts == 1; }));
+        EXPECT_EQ(claimInAnotherProcess(), InstanceClaim::handedOver);
+        EXPECT_TRUE(await([&] { return starts == 2; }));
+    }
+
+    Scratch scratch_;
+    BusSingleInstance instance_;
+};
+
+TEST_F(BusSingleInstanceTest, TellsTheFirstOverTheBus) {
+    const PrivateBus bus;
+    expectOneOfTwo();
+    EXPECT_FALSE(std::filesystem::exists(scratch_ / "brindle.lock"));
+}
+
+TEST_F(BusSingleInstanceTest, TellsTheFirstThroughASocketWithoutABus) {
+    expectOneOfTwo();
+}
+
+TEST_F(BusSingleInstanceTest, TakesOverFromOneThatEnded) {
+    const PrivateBus bus;
+    EXPECT_EQ(claimInAnotherProcess(), InstanceClaim::first);
+    EXPECT_EQ(instance_.claim(), InstanceClaim::first);
+}
+
+TEST_F(BusSingleInstanceTest, FallsBackWhereTheBusIsGoneAndNoFolderIsWritable) {
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere/bus");
+    qputenv("XDG_RUNTIME_DIR", "/nowhere");
+    EXPECT_EQ(instance_.claim(), InstanceClaim::first);
+    EXPECT_TRUE(std::filesystem::exists(scratch_ / "data/brindle/brindle.lock"));
+    qputenv("XDG_DATA_HOME", "/proc/nowhere");
+    BusSingleInstance other;
+    EXPECT_EQ(other.claim(), InstanceClaim::first);
+}
+
+TEST_F(BusSingleInstanceTest, HoldsTheLockAlsoWhereTheSocketIsGone) {
+    EXPECT_EQ(instance_.claim(), InstanceClaim::first);
+    std::filesystem::remove(scratch_ / "brindle.socket");
+    EXPECT_EQ(claimInAnotherProcess(), InstanceClaim::held);
+}
+
+}  // namespace
+}  // namespace brindle

@@ -1,0 +1,96 @@
+#include "platform/freedesktop/DesktopEntryIndex.h"
+
+#include <sys/stat.h>
+
+#include "platform/freedesktop/Scratch.h"
+
+namespace brindle {
+namespace {
+
+using testing::Optional;
+using testing::StrEq;
+
+class DesktopEntryIndexTest : public testing::Test {
+protected:
+    DesktopEntryIndexTest() {
+        ::setenv("XDG_DATA_HOME", (scratch_ / "user").c_str(), 1);
+        ::setenv("XDG_DATA_DIRS", (scratch_ / "local" + ":" + scratch_ / "system").c_str(), 1);
+        ::setenv("LC_ALL", "C", 1);
+    }
+
+    std::string add(const std::string& file, const std::string& more = "") const {
+        return scratch_.write(file, "[Desktop Entry]\nType=Application\nName=" + file + "\n" + more);
+    }
+
+    Scratch scratch_;
+    DesktopEntryIndex index_;
+};
+
+TEST_F(DesktopEntryIndexTest, KnowsTheUsualApplicationsByTheirWindows) {
+    const auto wmClass = [](const std::string& name) { return "StartupWMClass=" + name + "\n"; };
+    add("system/applications/debian-xterm.desktop", wmClass("XTerm"));
+    add("system/applications/debian-uxterm.desktop", wmClass("UXTerm"));
+    add("system/applications/xfce4-terminal.desktop", wmClass("xfce4-terminal"));
+    add("system/applications/org.kde.konsole.desktop", wmClass("konsole"));
+    add("system/applications/org.xfce.mousepad-settings.desktop", wmClass("mousepad") + "NoDisplay=true\n");
+    add("system/applications/org.xfce.mousepad.desktop", wmClass("mousepad"));
+    add("system/applications/org.gnome.TextEditor.desktop");
+    add("system/applications/featherpad.desktop");
+    add("system/applications/libreoffice-startcenter.desktop", wmClass("libreoffice-startcenter"));
+    add("system/applications/libreoffice-writer.desktop", wmClass("libreoffice-writer"));
+    add("system/applications/chromium.desktop", wmClass("chromium"));
+    add("system/applications/firefox-esr.desktop", wmClass("Firefox-esr"));
+
+    const std::vector<std::pair<WindowNames, std::string>> table = {
+        {{"xterm", "XTerm", ""}, "debian-xterm"},
+        {{"xfce4-terminal", "Xfce4-terminal", ""}, "xfce4-terminal"},
+        {{"konsole", "konsole", ""}, "org.kde.konsole"},
+        {{"mousepad", "Mousepad", "org.xfce.mousepad"}, "org.xfce.mousepad"},
+        {{"gnome-text-editor", "gnome-text-editor", "org.gnome.TextEditor"}, "org.gnome.TextEditor"},
+        {{"featherpad", "FeatherPad", ""}, "featherpad"},
+        {{"libreoffice", "libreoffice-writer", "org.libreoffice"}, "libreoffice-writer"},
+        {{"chromium (/tmp/x)", "Chromium", ""}, "chromium"},
+        {{"Navigator", "firefox-esr", ""}, "firefox-esr"},
+    };
+    for (const auto& [window, identifier] : table)
+        EXPECT_THAT(index_.identifierFor(window), Optional(identifier));
+    EXPECT_EQ(index_.identifierFor({"", "", ""}), std::nullopt);
+    EXPECT_EQ(index_.identifierFor({"unheard", "Of", "org.unheard.Of"}), std::nullopt);
+}
+
+TEST_F(DesktopEntryIndexTest, LetsTheMoreImportantFolderDecide) {
+    add("system/applications/kept.desktop", "Icon=kept\n");
+    const auto mine = add("user/applications/kept.desktop", "Icon=mine\n");
+    add("system/applications/gone.desktop");
+    add("user/applications/gone.desktop", "Hidden=true\n");
+    const auto nested = add("local/applications/kde/deep.desktop", "Icon=/an/icon.png\n");
+    add("system/applications/bare.desktop");
+
+    EXPECT_THAT(index_.pathOf("kept"), Optional(mine));
+    EXPECT_THAT(index_.nameOf("kept"), Optional(StrEq("user/applications/kept.desktop")));
+    EXPECT_THAT(index_.iconOf(mine), Optional(StrEq("mine")));
+    EXPECT_EQ(index_.pathOf("gone"), std::nullopt);
+    EXPECT_THAT(index_.pathOf("kde-deep"), Optional(nested));
+    EXPECT_EQ(index_.iconOf(scratch_ / "system/applications/bare.desktop"), std::nullopt);
+    EXPECT_EQ(index_.iconOf("/nowhere.desktop"), std::nullopt);
+}
+
+TEST_F(DesktopEntryIndexTest, FindsWhatWasInstalledSinceIncludingTheFirstOfAFolder) {
+    EXPECT_EQ(index_.pathOf("fresh"), std::nullopt);
+    const auto path = add("user/applications/fresh.desktop");
+    EXPECT_THAT(index_.pathOf("fresh"), Optional(path));
+}
+
+TEST_F(DesktopEntryIndexTest, IsNotHeldUpByOddFiles) {
+    add("system/applications/good.desktop");
+    ::mkfifo((scratch_ / "system/applications/fifo.desktop").c_str(), 0600);
+    std::filesystem::create_directory(scratch_ / "system/applications/folder.desktop");
+    std::filesystem::create_directory_symlink(scratch_ / "system/applications", scratch_ / "system/applications/loop");
+    std::filesystem::create_symlink("/nowhere", scratch_ / "system/applications/dangling.desktop");
+    EXPECT_TRUE(index_.pathOf("good"));
+    for (const char* odd : {"fifo", "folder", "dangling"})
+        EXPECT_EQ(index_.pathOf(odd), std::nullopt) << odd;
+}
+
+}  // namespace
+}  // namespace brindle
