@@ -24,6 +24,7 @@ struct MenuColors {
 constexpr int menuRadius = 8;
 constexpr int itemRadius = 5;
 constexpr int menuPadding = 5;
+constexpr int outlineWidth = 1;
 constexpr int itemHeight = 26;
 constexpr int itemPadding = 10;
 constexpr int separatorHeight = 11;
@@ -79,12 +80,13 @@ public:
     int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
         switch (metric) {
             case PM_MenuPanelWidth:
-                return 1;
+                return outlineWidth;
             case PM_MenuHMargin:
             case PM_MenuVMargin:
                 return menuPadding;
             case PM_SubMenuOverlap:
-                return -submenuOverlap;
+                // The toolkit counts from the item's edge.
+                return menuPadding + outlineWidth - submenuOverlap;
             default:
                 return QCommonStyle::pixelMetric(metric, option, widget);
         }
