@@ -6,7 +6,6 @@
 #include <QPainter>
 #include <QRectF>
 #include <array>
-#include <cmath>
 #include <cstddef>
 
 namespace brindle {
@@ -75,9 +74,8 @@ struct Typeface {
 Typeface makeTypeface(const Measure& wanted) {
     const QFont made = makeFont(wanted);
     const QFontMetricsF metrics(made);
-    const double ascent = std::round(metrics.ascent());
-    const double descent = std::round(metrics.descent());
-    return {made, std::floor((wanted.lineHeight - ascent - descent) / 2) + ascent};
+    // Not rounded: whoever paints sets it on a whole pixel of the device.
+    return {made, (wanted.lineHeight - metrics.ascent() - metrics.descent()) / 2 + metrics.ascent()};
 }
 
 const Typeface& typeface(TextStyle style) {

@@ -58,10 +58,9 @@ void HistoryItemRow::paint(QPainter& painter, const QRect& place, const RowAppea
     painter.fillRect(place.left(), place.top() + place.height() - separatorHeight, place.width(), separatorHeight,
                      color(Role::separator, scheme));
 
-    const double ratio = painter.device()->devicePixelRatioF();
     const QRect icon(place.left() + iconLeft, place.top() + padding, appIconSize, appIconSize);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    painter.drawPixmap(icon, appIcon(item_.sourceApp, scheme, ratio));
+    painter.drawPixmap(icon, appIcon(item_.sourceApp, scheme, devicePixelRatio(painter)));
 
     const RowText text(item_.content.view(), textWidth(item_));
     const QPoint textTop = place.topLeft() + QPoint(textLeft, padding);

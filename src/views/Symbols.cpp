@@ -60,7 +60,11 @@ QPixmap symbolPixmap(std::string_view name, int points, const QColor& color, dou
 }
 
 void drawSymbol(QPainter& painter, QPointF topLeft, std::string_view name, int points, const QColor& color) {
-    painter.drawPixmap(topLeft, symbolPixmap(name, points, color, painter.device()->devicePixelRatioF()));
+    painter.drawPixmap(topLeft, symbolPixmap(name, points, color, devicePixelRatio(painter)));
+}
+
+double devicePixelRatio(const QPainter& painter) {
+    return painter.deviceTransform().m11();
 }
 
 QPixmap imagePixmap(const QString& path, int points, double devicePixelRatio) {
