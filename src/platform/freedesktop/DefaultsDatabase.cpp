@@ -2,15 +2,12 @@
 
 #include <fcntl.h>
 #include <sqlite3.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <array>
-#include <cerrno>
 #include <cstdio>
-#include <ctime>
 
+#include "platform/freedesktop/DefaultsFile.h"
 #include "platform/freedesktop/Files.h"
 
 namespace brindle {
@@ -19,8 +16,6 @@ namespace {
 
 constexpr int schemaVersion = 1;
 constexpr int busyTimeout = 20;  // milliseconds; only somebody's shell on this file ever holds it
-constexpr std::array companions = {"-wal", "-shm", "-journal"};
-
 constexpr const char* createTable =
     "BEGIN IMMEDIATE;"
     "CREATE TABLE defaults (key TEXT PRIMARY KEY NOT NULL, value ANY NOT NULL) STRICT, WITHOUT ROWID;"
@@ -36,48 +31,6 @@ constexpr const char* tableIsOurs =
 constexpr const char* durability =
     "PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL; PRAGMA journal_size_limit = 4194304;";
 
-/// What keeps a path from being a file of ours; nothing for a path where there is nothing.
-std::optional<std::string> obstacleAt(const std::string& path) {
-    struct stat status {};
-    if (::lstat(path.c_str(), &status) != 0)
-        return errno == ENOENT ? std::nullopt : std::optional(files::reason(errno));
-    if (S_ISLNK(status.st_mode) && ::stat(path.c_str(), &status) != 0)
-        return "it is a link that leads nowhere";
-    if (S_ISDIR(status.st_mode))
-        return files::reason(EISDIR);
-    if (!S_ISREG(status.st_mode))
-        return "it is not a regular file";
-    if (status.st_uid != ::geteuid())
-        return "it belongs to somebody else";
-    return std::nullopt;
-}
-
-std::optional<std::string> anyObstacle(const std::string& path) {
-    auto obstacle = obstacleAt(path);
-    for (const char* each : companions) {
-        if (!obstacle)
-            obstacle = obstacleAt(path + each);
-    }
-    return obstacle;
-}
-
-bool exists(const std::string& path) {
-    struct stat status {};
-    return ::lstat(path.c_str(), &status) == 0;
-}
-
-/// Makes the file if need be, for this user alone. The database gives its companions the same mode. Returns an `errno`.
-int secure(const std::string& path) {
-    const int file = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NONBLOCK, S_IRUSR | S_IWUSR);
-    if (file < 0)
-        return errno;
-    ::fchmod(file, S_IRUSR | S_IWUSR);  // cannot fail on a file of one's own that can be written
-    ::close(file);
-    for (const char* each : companions)
-        ::chmod((path + each).c_str(), S_IRUSR | S_IWUSR);  // mostly there are none
-    return 0;
-}
-
 /// As a URI for reading where the log's files cannot be made. Without a log the file alone is the whole truth, and need
 /// not be guarded against a writer.
 std::string readOnlyUri(const std::string& path) {
@@ -91,7 +44,7 @@ std::string readOnlyUri(const std::string& path) {
             uri += each;
         }
     }
-    return exists(path + "-wal") ? uri : uri + "?immutable=1";
+    return defaultsfile::exists(path + "-wal") ? uri : uri + "?immutable=1";
 }
 
 bool isWriteRefused(int code) {
@@ -111,25 +64,13 @@ bool isDamage(int code) {
     return (code & 0xFF) == SQLITE_CORRUPT || (code & 0xFF) == SQLITE_NOTADB;
 }
 
-std::string datedName(const std::string& path) {
-    const std::time_t now = std::time(nullptr);
-    std::tm parts{};
-    localtime_r(&now, &parts);
-    std::array<char, 32> date{};
-    std::strftime(date.data(), date.size(), ".%Y-%m-%d-%H%M%S", &parts);
-    std::string name = path + date.data();
-    for (int copy = 2; exists(name); ++copy)
-        name = path + date.data() + "-" + std::to_string(copy);
-    return name;
-}
-
 }  // namespace
 
 DefaultsDatabase::Opening DefaultsDatabase::open(const std::string& path) {
-    if (auto obstacle = anyObstacle(path))
+    if (auto obstacle = defaultsfile::obstacle(path))
         return {Outcome::blocked, std::move(*obstacle), nullptr};
-    const bool isNew = !exists(path);
-    const int error = secure(path);
+    const bool isNew = !defaultsfile::exists(path);
+    const int error = defaultsfile::secure(path);
     if (error != 0 && isNew)
         return {Outcome::noRoom, files::reason(error), nullptr};
     if (error != 0 && ::faccessat(AT_FDCWD, path.c_str(), R_OK, AT_EACCESS) != 0)
@@ -170,13 +111,6 @@ DefaultsDatabase::~DefaultsDatabase() {
     if (isDamaged_)
         sqlite3_db_config(connection_, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
     sqlite3_close(connection_);
-}
-
-std::optional<std::string> DefaultsDatabase::moveAside(const std::string& path) {
-    const std::string name = datedName(path);
-    for (const char* each : companions)
-        std::rename((path + each).c_str(), (name + each).c_str());  // mostly there are none
-    return std::rename(path.c_str(), name.c_str()) == 0 ? std::optional(name) : std::nullopt;
 }
 
 int DefaultsDatabase::prepareFile(std::string& objection) {

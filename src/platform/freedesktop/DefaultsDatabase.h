@@ -42,10 +42,6 @@ public:
     DefaultsDatabase& operator=(const DefaultsDatabase&) = delete;
     ~DefaultsDatabase();
 
-    /// Gives the file and what belongs to it a name with the date, and that name back; none when that failed. Nobody
-    /// has it open.
-    [[nodiscard]] static std::optional<std::string> moveAside(const std::string& path);
-
     [[nodiscard]] bool isReadOnly() const { return isReadOnly_; }
     /// An operation met damage; from then on the file is to be closed and moved aside.
     [[nodiscard]] bool isDamaged() const { return isDamaged_; }

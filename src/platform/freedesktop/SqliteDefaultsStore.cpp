@@ -5,19 +5,11 @@
 #include <utility>
 
 #include "base/Log.h"
+#include "platform/freedesktop/DefaultsFile.h"
 #include "platform/freedesktop/Files.h"
 #include "platform/freedesktop/XdgPaths.h"
 
 namespace brindle {
-
-namespace {
-
-bool isNothingAt(const std::string& path) {
-    struct stat status {};
-    return ::lstat(path.c_str(), &status) != 0;
-}
-
-}  // namespace
 
 SqliteDefaultsStore::SqliteDefaultsStore(std::string folder)
     : folder_(std::move(folder)), path_(folder_ + "/defaults.sqlite3") {
@@ -54,12 +46,12 @@ void SqliteDefaultsStore::open() const {
 /// Looks whether a disk that was full or read-only is so no more. A file that appeared meanwhile was never read, and
 /// what this process holds must not overwrite it.
 void SqliteDefaultsStore::reopenAfterTrouble() {
-    if (database_ ? database_->isReadOnly() : isMissing_ && isNothingAt(path_))
+    if (database_ ? database_->isReadOnly() : isMissing_ && !defaultsfile::exists(path_))
         open();
 }
 
 bool SqliteDefaultsStore::moveAside(const std::string& reason) const {
-    const auto name = DefaultsDatabase::moveAside(path_);
+    const auto name = defaultsfile::moveAside(path_);
     if (name)
         log("Cannot use " + path_ + ": " + reason + ". It is now " + *name);
     return name.has_value();
