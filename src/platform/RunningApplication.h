@@ -15,6 +15,8 @@ enum class ActivationPolicy {
     prohibited = 2  ///< never comes to the front
 };
 
+constexpr std::int32_t unknownProcess = -1;
+
 /// A handle on another running application as it was when it was asked for: on X11 the very window that was in front.
 /// Main thread. May outlive the application.
 class RunningApplication {
@@ -23,7 +25,7 @@ public:
 
     [[nodiscard]] virtual std::optional<std::string> bundleIdentifier() const = 0;  ///< its desktop entry's name
     [[nodiscard]] virtual std::optional<std::string> localizedName() const = 0;
-    [[nodiscard]] virtual std::int32_t processIdentifier() const = 0;  ///< -1 when unknown
+    [[nodiscard]] virtual std::int32_t processIdentifier() const = 0;  ///< `unknownProcess`: not told
     [[nodiscard]] virtual ActivationPolicy activationPolicy() const = 0;
     [[nodiscard]] virtual bool isTerminated() const = 0;  ///< the process or the window is gone
 

@@ -93,14 +93,17 @@ void finishPaste(bool switched) {
     scheduleUnlock(postUnlockDelay);
 }
 
+/// Two processes that are not known are not the same one.
+bool isProcess(const RunningApplicationHandle& app, std::int32_t processIdentifier) {
+    return app && processIdentifier != unknownProcess && app->processIdentifier() == processIdentifier;
+}
+
 /// Completes with true at the first check that finds the application in front, or with false at the first one at or
 /// after the deadline, which is a time of the main queue's `uptime`.
 void pollFrontmost(const std::optional<std::string>& targetIdentifier, std::int32_t processIdentifier, double deadline,
                    double interval, const std::function<void(bool)>& completion) {
     const auto frontmost = platform().workspace().frontmostApplication();
-    const bool isTarget = bundleIdentifier(frontmost) == targetIdentifier ||
-                          (frontmost && frontmost->processIdentifier() == processIdentifier);
-    if (isTarget) {
+    if (bundleIdentifier(frontmost) == targetIdentifier || isProcess(frontmost, processIdentifier)) {
         log("✅ Frontmost switched to target: " + shortName(frontmost));
         completion(true);
         return;
