@@ -39,7 +39,9 @@ public:
     /// Delivers the current value at once (during a delivery: the one under way), then every later one.
     [[nodiscard]] Subscription subscribe(std::function<void(const T&)> observer) const {
         auto subscription = state_->changes.subscribe(observer);
-        observer(state_->isDelivering ? state_->pending.front() : state_->value);
+        // A copy, because the observer may assign or destroy this object.
+        const T current = state_->isDelivering ? state_->pending.front() : state_->value;
+        observer(current);
         return subscription;
     }
 

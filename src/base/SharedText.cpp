@@ -17,7 +17,8 @@ SharedText::SharedText(std::string text) : body_(std::make_shared<const Body>(Bo
 std::uint64_t SharedText::canonicalHash(const Body& body) {
     if (!body.hasCanonicalHash) {
         body.isComposed = unicode::isComposed(body.text);
-        body.canonicalHash = std::hash<std::string>{}(body.isComposed ? body.text : unicode::composed(body.text));
+        const std::string rewritten = body.isComposed ? std::string() : unicode::composed(body.text);
+        body.canonicalHash = std::hash<std::string_view>{}(body.isComposed ? body.text : rewritten);
         body.hasCanonicalHash = true;
     }
     return body.canonicalHash;

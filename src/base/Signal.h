@@ -45,6 +45,10 @@ class Signal {
 public:
     using Listener = std::function<void(Arguments...)>;
 
+    Signal() = default;
+    Signal(const Signal&) = delete;
+    Signal& operator=(const Signal&) = delete;
+
     [[nodiscard]] Subscription subscribe(Listener listener) const {
         auto slot = std::make_shared<Slot>(Slot{std::move(listener), true});
         state_->slots.push_back(slot);
@@ -80,13 +84,13 @@ private:
         int deliveries = 0;
 
         void sweep() {
-            if (deliveries != 0)
+            const auto isActive = [](const auto& slot) { return slot->isActive; };
+            if (deliveries != 0 || std::all_of(slots.begin(), slots.end(), isActive))
                 return;
+            const auto live = std::stable_partition(slots.begin(), slots.end(), isActive);
             // Destroyed last, outside the list: a listener may own a subscription to this very signal.
-            std::vector<std::shared_ptr<Slot>> gone;
-            const auto live =
-                std::stable_partition(slots.begin(), slots.end(), [](const auto& slot) { return slot->isActive; });
-            gone.assign(std::make_move_iterator(live), std::make_move_iterator(slots.end()));
+            const std::vector<std::shared_ptr<Slot>> gone(std::make_move_iterator(live),
+                                                          std::make_move_iterator(slots.end()));
             slots.erase(live, slots.end());
         }
     };

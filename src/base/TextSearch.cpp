@@ -17,10 +17,6 @@ namespace brindle {
 
 namespace {
 
-bool isAscii(std::string_view text) {
-    return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
-
 char lower(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
 }
@@ -44,17 +40,19 @@ TextSearch::TextSearch(std::string_view wanted) {
     const std::string_view language = icu::Locale::getDefault().getLanguage();
     isTurkic_ = language == "tr" || language == "az";
     wanted_ = folded(wanted);
-    isAscii_ = !isTurkic_ && isAscii(wanted_);
+    isAscii_ = !isTurkic_ && unicode::isAscii(wanted_);
 }
 
 std::string TextSearch::folded(std::string_view text) const {
+    // Composed before as well: the dotted I of Turkish, taken apart, would fold to another letter.
+    const std::string whole = unicode::composed(text);
     std::string result;
     icu::StringByteSink<std::string> sink(&result);
     UErrorCode status = U_ZERO_ERROR;
     icu::CaseMap::utf8Fold(isTurkic_ ? U_FOLD_CASE_EXCLUDE_SPECIAL_I : U_FOLD_CASE_DEFAULT,
-                           icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())), sink, nullptr,
+                           icu::StringPiece(whole.data(), static_cast<std::int32_t>(whole.size())), sink, nullptr,
                            status);
-    return unicode::composed(U_SUCCESS(status) ? result : std::string(text));
+    return unicode::composed(U_SUCCESS(status) ? result : whole);
 }
 
 bool TextSearch::isFoundInAscii(std::string_view text) const {
@@ -73,7 +71,7 @@ bool TextSearch::isFoundInAscii(std::string_view text) const {
 bool TextSearch::isFoundIn(std::string_view text) const {
     if (wanted_.empty())
         return true;
-    if (isAscii(text))
+    if (unicode::isAscii(text))
         return isAscii_ ? isFoundInAscii(text) : isTurkic_ && folded(text).find(wanted_) != std::string::npos;
     const std::string haystack = folded(text);
     for (auto at = haystack.find(wanted_); at != std::string::npos; at = haystack.find(wanted_, at + 1)) {

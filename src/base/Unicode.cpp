@@ -16,10 +16,6 @@ namespace {
 
 constexpr std::string_view replacement = "\xEF\xBF\xBD";
 
-bool isAscii(std::string_view text) {
-    return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
-
 const icu::Normalizer2& composer() {
     UErrorCode status = U_ZERO_ERROR;
     return *icu::Normalizer2::getNFCInstance(status);
@@ -41,7 +37,7 @@ std::size_t asciiEnd(std::string_view text, std::size_t start) {
     return start;
 }
 
-/// The length of the ill-formed piece at `start`, or of the well-formed run there with `isWell` set.
+/// The well-formed run at some place, as long as it goes, or the ill-formed piece there.
 struct Run {
     std::size_t end;
     bool isWell;
@@ -62,6 +58,11 @@ Run nextRun(std::string_view text, std::size_t start) {
 }
 
 }  // namespace
+
+bool isAscii(std::string_view text) {
+    return std::all_of(text.begin() + static_cast<std::ptrdiff_t>(asciiEnd(text, 0)), text.end(),
+                       [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
 
 bool isWellFormed(std::string_view text) {
     const Run run = nextRun(text, 0);

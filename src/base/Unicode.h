@@ -12,6 +12,8 @@ std::string repaired(std::string text);
 
 bool isWellFormed(std::string_view text);
 
+bool isAscii(std::string_view text);
+
 /// Whether the text is known to be in Normalization Form C; a doubtful one counts as not.
 bool isComposed(std::string_view text);
 
