@@ -1,0 +1,264 @@
+#include "app/AppDelegate.h"
+
+#include "services/ClipboardMonitor.h"
+#include "services/HistoryManager.h"
+#include "services/SettingsManager.h"
+#include "support/DelegateTest.h"
+
+namespace brindle {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+constexpr Point insidePopover = {1001, 25};
+constexpr Point outsidePopover = {999, 25};
+
+using LaunchTest = test::DelegateTest;
+using FocusTest = test::DelegateTest;
+
+class PopoverTest : public test::DelegateTest {
+protected:
+    PopoverTest() {
+        launch();
+        editor = workIn("TextEdit");
+    }
+
+    void open() {
+        sim.tray.click(EventType::leftMouseUp);
+        sim.queue.run();
+        sim.journal.take();
+        EXPECT_TRUE(delegate->isPopoverShown());
+    }
+
+    test::SimulatedApplicationHandle editor;
+};
+
+TEST_F(LaunchTest, BuildsEverythingInOrder) {
+    EXPECT_FALSE(delegate->settingsManager() || delegate->historyManager() || delegate->clipboardMonitor());
+    delegate->togglePopover();
+    delegate->closePopover();
+    EXPECT_THAT(sim.journal.take(), IsEmpty());
+    delegate->applicationDidFinishLaunching();
+    EXPECT_THAT(sim.journal.take(),
+                ElementsAre("unregister login item",                   //
+                            "event tap at 1 for 0x400",                //
+                            "enable event tap",                        //
+                            "popover size 350x500",                    //
+                            "popover behavior 1",                      //
+                            "popover does not animate",                //
+                            "popover content",                         //
+                            "status item -1",                          //
+                            "status icon outline.svg 18x18 template",  //
+                            "hot key 9 0x300 as 0x11223344/1",         //
+                            "hot key handler for 0x6b657962/5"));
+}
+
+TEST_F(LaunchTest, TheContentIsMadeOnTheManagersThatTheDelegateOwns) {
+    std::array<void*, 3> given{};
+    delegate = std::make_shared<AppDelegate>([&](HistoryManager& h, ClipboardMonitor& c, SettingsManager& s) {
+        given = {&h, &c, &s};
+        return std::make_unique<PopoverContent>();
+    });
+    launch();
+    EXPECT_EQ(given[0], delegate->historyManager());
+    EXPECT_EQ(given[1], delegate->clipboardMonitor());
+    EXPECT_EQ(given[2], delegate->settingsManager());
+    sim.clipboard.copy("abc");
+    sim.queue.advance(0.5);
+    EXPECT_EQ(delegate->historyManager()->history().value().size(), 1U);
+}
+
+TEST_F(LaunchTest, RefusalsAreLinesAndTheStatusItemStillWorks) {
+    sim.taps.refuses = true;
+    sim.shortcuts.status = 10;
+    sim.package.images.clear();
+    delegate->applicationDidFinishLaunching();
+    const auto lines = sim.journal.take();
+    EXPECT_THAT(lines, ::testing::IsSupersetOf({"log Failed to create event tap", "log Failed to register hotkey: 10",
+                                                "status icon clipboard.svg 18x18 template"}));
+    sim.tray.click(EventType::leftMouseUp);
+    EXPECT_TRUE(delegate->isPopoverShown());
+}
+
+TEST_F(LaunchTest, WithoutAnyImageTheButtonKeepsItsAction) {
+    sim.package.images.clear();
+    sim.package.symbols.clear();
+    delegate->applicationDidFinishLaunching();
+    EXPECT_THAT(sim.journal.take(), ::testing::Not(::testing::Contains(::testing::HasSubstr("status icon"))));
+    sim.tray.click(EventType::leftMouseUp);
+    EXPECT_TRUE(delegate->isPopoverShown());
+}
+
+TEST_F(LaunchTest, WithoutAStatusButtonNothingOpens) {
+    sim.tray.hasButton = false;
+    launch();
+    sim.shortcuts.press(9, 0x300);
+    EXPECT_THAT(sim.journal.take(), IsEmpty());
+    EXPECT_FALSE(delegate->isPopoverShown());
+}
+
+TEST_F(LaunchTest, TheShortcutDoesNotKeepTheDelegateAlive) {
+    launch();
+    const std::weak_ptr<AppDelegate> watched = delegate;
+    sim.self.setDelegate(nullptr);
+    delegate.reset();
+    EXPECT_TRUE(watched.expired());
+    sim.journal.take();
+    sim.shortcuts.press(9, 0x300);
+    sim.queue.advance(2);
+    EXPECT_THAT(sim.journal.take(), IsEmpty());
+}
+
+TEST_F(FocusTest, FollowsOrdinaryApplicationsOnly) {
+    launch();
+    const auto editor = sim.desktop.launch("TextEdit");
+    sim.desktop.bringToFront(editor);
+    EXPECT_THAT(sim.journal.take(), ElementsAre("log 📌 Updated lastAppFocus via NSWorkspace: TextEdit"));
+    EXPECT_EQ(delegate->lastAppFocus(), editor);
+    EXPECT_EQ(delegate->previousApp(), editor);
+    const auto quit = sim.desktop.launch("Gone");
+    quit->hasQuit = true;
+    for (const auto& unfit :
+         {sim.self.self, quit, sim.desktop.launch({.bundleIdentifier = "dock", .policy = ActivationPolicy::accessory}),
+          sim.desktop.launch({.bundleIdentifier = "agent", .policy = ActivationPolicy::prohibited})})
+        sim.desktop.bringToFront(unfit);
+    delegate->handleDidActivateApp(nullptr);
+    EXPECT_EQ(delegate->lastAppFocus(), editor);
+    EXPECT_EQ(delegate->previousApp(), editor);
+    const auto nameless = sim.desktop.launch({.bundleIdentifier = "tool"});
+    sim.desktop.bringToFront(nameless);
+    EXPECT_EQ(delegate->lastAppFocus(), nameless);
+    EXPECT_THAT(sim.journal.take(), IsEmpty());
+}
+
+TEST_F(FocusTest, StoringSeesWhatIsInFront) {
+    const auto store = [this] {
+        sim.journal.take();
+        delegate->storePreviousApp();
+        return sim.journal.take();
+    };
+    const auto nothing = "log ⚠️ previousApp/lastAppFocus is nil after store; paste target may be unavailable.";
+    delegate->setPreviousApp(sim.desktop.launch("Stale"));
+    EXPECT_THAT(store(), ElementsAre(nothing));
+    EXPECT_FALSE(delegate->previousApp());
+    sim.desktop.bringToFront(sim.self.self);
+    EXPECT_THAT(store(), ElementsAre("log 📱 storePreviousApp sees frontmost: Self (org.example.Self)",
+                                     "log ℹ️ Frontmost is Brindle; keeping lastAppFocus unchanged: nil", nothing));
+    sim.desktop.bringToFront(sim.desktop.launch({.localizedName = "dock", .policy = ActivationPolicy::accessory}));
+    EXPECT_THAT(store(), ElementsAre("log 📱 storePreviousApp sees frontmost: dock (no bundle)", nothing));
+
+    const auto nameless = sim.desktop.launch({.bundleIdentifier = "tool"});
+    sim.desktop.bringToFront(nameless);
+    EXPECT_THAT(store(), ElementsAre("log 📱 storePreviousApp sees frontmost: Unknown (tool)",
+                                     "log 📌 Updated lastAppFocus from frontmost: Unknown"));
+    EXPECT_EQ(delegate->previousApp(), nameless);
+    delegate->setLastAppFocus(sim.desktop.launch("TextEdit"));
+    sim.desktop.bringToFront(sim.self.self);
+    EXPECT_THAT(store(), ElementsAre("log 📱 storePreviousApp sees frontmost: Self (org.example.Self)",
+                                     "log ℹ️ Frontmost is Brindle; keeping lastAppFocus unchanged: TextEdit"));
+    EXPECT_EQ(delegate->previousApp(), delegate->lastAppFocus());
+
+    sim.package.identifier = std::nullopt;
+    sim.desktop.sendToBack(sim.self.self);
+    while (const auto front = sim.desktop.frontmost())
+        sim.desktop.sendToBack(front);
+    EXPECT_THAT(store(), ElementsAre("log ℹ️ Frontmost is Brindle; keeping lastAppFocus unchanged: TextEdit"))
+        << "no application and no identifier of our own are equal";
+}
+
+TEST_F(FocusTest, ActivatingReportsTheAnswerAndSparesWhatHasQuit) {
+    const auto editor = sim.desktop.launch("TextEdit");
+    delegate->setLastAppFocus(editor);
+    editor->refusesRequests = true;
+    delegate->activatePreviousApp();
+    EXPECT_EQ(delegate->previousApp(), editor);
+    EXPECT_THAT(sim.journal.take(),
+                ElementsAre("log 🔄 Activating previous app (from lastAppFocus)...", "deactivate", "activate TextEdit",
+                            "log ✅ Direct activation requested for: TextEdit result=false"));
+    launch();
+    editor->hasQuit = true;
+    delegate->togglePopover();
+    delegate->setPreviousApp(nullptr);
+    sim.journal.take();
+    delegate->activatePreviousApp();
+    EXPECT_FALSE(delegate->previousApp());
+    EXPECT_THAT(sim.journal.take(),
+                ElementsAre("log 🔄 Activating previous app (from lastAppFocus)...", "popover closed", "leave mouse",
+                            "deactivate", "log ⚠️ No valid lastAppFocus to activate."));
+}
+
+TEST_F(PopoverTest, AClickAndTheShortcutOpenAndCloseItAlike) {
+    const auto byClick = [this] { sim.tray.click(EventType::leftMouseUp); };
+    const auto byShortcut = [this] { sim.shortcuts.press(9, 0x300); };
+    for (const auto& toggle : std::initializer_list<std::function<void()>>{byClick, byShortcut}) {
+        sim.desktop.bringToFront(editor);
+        sim.journal.take();
+        toggle();
+        EXPECT_THAT(
+            sim.journal.take(),
+            ElementsAre("log 📱 storePreviousApp sees frontmost: TextEdit (org.example.TextEdit)",
+                        "log 📌 Updated lastAppFocus from frontmost: TextEdit", "popover shown at 1000,24 edge 1",
+                        "come to the front", "popover has the keyboard", "watch mouse 0x14"));
+        sim.queue.run();
+        toggle();
+        EXPECT_THAT(sim.journal.take(), ElementsAre("popover closed", "leave mouse"));
+        EXPECT_FALSE(delegate->hasGlobalMouseUpMonitor());
+    }
+}
+
+TEST_F(PopoverTest, AClickElsewhereClosesItUnlessItIsOverThePopover) {
+    open();
+    sim.mouse.releaseElsewhere(insidePopover, leftMouseUpMask);
+    EXPECT_TRUE(delegate->isPopoverShown());
+    sim.mouse.releaseElsewhere(outsidePopover, rightMouseUpMask);
+    EXPECT_THAT(sim.journal.take(), ElementsAre("popover closed", "leave mouse"));
+    EXPECT_EQ(sim.mouse.monitors, 0);
+}
+
+TEST_F(PopoverTest, WithoutAContentAnyClickElsewhereClosesItAndNoWindowGetsTheKeyboard) {
+    sim.popoverPlace.popover->setContent(nullptr);
+    sim.journal.take();
+    delegate->togglePopover();
+    EXPECT_THAT(sim.journal.take(), ::testing::Not(::testing::Contains("popover has the keyboard")));
+    sim.mouse.releaseElsewhere(insidePopover, leftMouseUpMask);
+    EXPECT_FALSE(delegate->isPopoverShown());
+}
+
+TEST_F(PopoverTest, ItsOwnClosingLeavesAMonitorThatDoesNothingUntilTheNextOpening) {
+    open();
+    sim.desktop.bringToFront(editor);
+    EXPECT_FALSE(delegate->isPopoverShown());
+    EXPECT_EQ(sim.mouse.monitors, 1);
+    sim.journal.take();
+    sim.mouse.releaseElsewhere(outsidePopover, leftMouseUpMask);
+    EXPECT_THAT(sim.journal.take(), IsEmpty());
+    open();
+    EXPECT_EQ(sim.mouse.monitors, 1);
+}
+
+TEST_F(PopoverTest, ADesktopThatCannotWatchTheMouseStillOpensAndCloses) {
+    sim.mouse.canMonitor = false;
+    open();
+    EXPECT_FALSE(delegate->hasGlobalMouseUpMonitor());
+    sim.tray.click(EventType::leftMouseUp);
+    EXPECT_THAT(sim.journal.take(), ElementsAre("popover closed"));
+}
+
+TEST_F(PopoverTest, ARightClickShowsTheMenuAndTheNextLeftClickTogglesAgain) {
+    sim.tray.click(EventType::rightMouseUp);
+    EXPECT_THAT(sim.journal.take(), ElementsAre("menu: Quit Brindle (q)"));
+    open();
+    sim.tray.click(EventType::rightMouseUp);
+    EXPECT_TRUE(delegate->isPopoverShown());
+    sim.journal.take();
+    sim.tray.choose("Quit Brindle");
+    EXPECT_THAT(sim.journal.take(), ElementsAre("terminate"));
+    const Menu drawnByTheTray = sim.tray.hostMenu();
+    ASSERT_EQ(drawnByTheTray.size(), 1U);
+    drawnByTheTray[0].action();
+    EXPECT_THAT(sim.journal.take(), ElementsAre("terminate"));
+}
+
+}  // namespace
+}  // namespace brindle

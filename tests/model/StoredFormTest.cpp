@@ -1,0 +1,159 @@
+#include "model/StoredForm.h"
+
+#include <gmock/gmock.h>
+
+#include <random>
+#include <string>
+
+#include "base/Unicode.h"
+
+namespace brindle {
+namespace {
+
+using ::testing::ElementsAre;
+using namespace std::string_literals;
+
+const std::string idText = "0123ABCD-89EF-4000-8000-0123456789AB";
+const Uuid id = *Uuid::parse(idText);
+
+ClipboardItem entry(std::string content) {
+    return {id, std::move(content), ItemType::text, Date{1.5}, std::nullopt, false, std::nullopt};
+}
+
+/// An entry as it is stored, with `change` behind its keys: of equal keys the last counts.
+std::string stored(const std::string& change) {
+    return R"([{"id":")" + idText + R"(","content":"abc","type":"text","date":1.5,"isPinned":false)" + change + "}]";
+}
+
+TEST(StoredFormTest, LeavesOutWhatIsAbsent) {
+    EXPECT_EQ(encodeHistory({}), "[]");
+    EXPECT_EQ(encodeHistory({entry("abc")}), stored(""));
+    EXPECT_EQ(encodeLists({{id, "Work", Date{2}}}), R"([{"id":")" + idText + R"(","name":"Work","createdAt":2.0}])");
+}
+
+TEST(StoredFormTest, EveryFieldAndTheOrderComeBack) {
+    ClipboardItem full{Uuid::generate(),  "line\n\"quoted\" \u2028 é 🙂 \x01\0 end"s,
+                       ItemType::image,   Date{-0.1},
+                       "org.example.App", true,
+                       Uuid::generate()};
+    const std::vector<ClipboardItem> history = {full, entry(""), entry("second")};
+    EXPECT_EQ(decodeHistory(encodeHistory(history)), history);
+    const std::vector<CustomList> lists = {{Uuid::generate(), "b", Date{3}}, {Uuid::generate(), "", Date{0}}};
+    EXPECT_EQ(decodeLists(encodeLists(lists)), lists);
+}
+
+TEST(StoredFormTest, DatesComeBackToTheLastBit) {
+    std::mt19937_64 random(1);
+    std::uniform_real_distribution<double> moments(-1e9, 1e9);
+    std::vector<CustomList> lists(2000);
+    for (CustomList& list : lists)
+        list.createdAt.seconds = moments(random);
+    for (const double extreme : {5e-324, 1.7976931348623157e308, 0.1 + 0.2, -0.0, 9007199254740993.0})
+        lists.push_back({id, "", Date{extreme}});
+    EXPECT_EQ(decodeLists(encodeLists(lists)), lists);
+}
+
+TEST(StoredFormTest, AnIllFormedTextDoesNotCostTheWholeHistory) {
+    const auto decoded = decodeHistory(encodeHistory({entry("a\xFF"s)}));
+    ASSERT_TRUE(decoded);
+    EXPECT_EQ(decoded->front().content.string(), "a\xEF\xBF\xBD");
+}
+
+TEST(StoredFormTest, ReadsWhatAnotherWriterMayHaveWritten) {
+    EXPECT_EQ(decodeHistory(" \n[ ]\t"), std::vector<ClipboardItem>());
+    const std::string deep = R"(,"more":)" + std::string(1000000, '[') + std::string(1000000, ']');
+    for (const auto& change : {
+             ""s,
+             R"(,"sourceApp":null,"listId":null)"s,
+             R"(,"listId":"none","listId":null)"s,
+             R"(,"type":"file","type":"text")"s,
+             R"(,"content":"other","content":"a\u0062c")"s,
+             R"(,"other":{"id":[{"date":"x"}],"content":null},"":[],"\u0000":1e300)"s,
+             deep,
+         })
+        EXPECT_EQ(decodeHistory(stored(change)), std::vector{entry("abc")}) << change.substr(0, 80);
+    EXPECT_EQ(decodeHistory(stored(R"(,"date":0)"))->front().date.unixTime(), Date::referenceInUnixTime);
+    EXPECT_EQ(decodeHistory(stored(R"(,"id":"0123abcd-89ef-4000-8000-0123456789ab")"))->front().id, id);
+    EXPECT_EQ(decodeHistory(stored(R"(,"content":"\ud83d\ude42")"))->front().content.string(), "🙂");
+}
+
+TEST(StoredFormTest, OneFaultAnywhereMakesAllOfItUnreadable) {
+    const std::string good = stored("").substr(1, stored("").size() - 2);
+    for (const auto& json : {
+             ""s,
+             "null"s,
+             "{}"s,
+             "1"s,
+             "[1]"s,
+             "[[]]"s,
+             "[null]"s,
+             "[" + good + ",]",
+             "[" + good + "]x",
+             "[" + good + "]\0x"s,
+             "[" + good + "][]",
+             "[" + good + ",{}]",
+             std::string(1000000, '['),
+             stored(R"(,"id":"0123")"),
+             stored(R"(,"id":null)"),
+             stored(R"(,"content":1)"),
+             stored(R"(,"content":null)"),
+             stored(R"(,"content":["abc"])"),
+             stored(R"(,"content":"\ud800")"),
+             stored(R"(,"content":"\udc00")"),
+             stored(R"(,"content":"\ud800\u0041")"),
+             stored(",\"content\":\"\xFF\""),
+             stored(",\"content\":\"\xED\xA0\x80\""),
+             stored(",\"content\":\"a\nb\""),
+             stored(",\"other\":\"\xFF\""),
+             stored(R"(,"type":"Text")"),
+             stored(R"(,"type":"file")"),
+             stored(R"(,"type":true)"),
+             stored(R"(,"date":"1.5")"),
+             stored(R"(,"date":1e400)"),
+             stored(R"(,"date":)" + std::string(100000, '9')),
+             stored(R"(,"date":NaN)"),
+             stored(R"(,"sourceApp":1)"),
+             stored(R"(,"sourceApp":{})"),
+             stored(R"(,"listId":"")"),
+             stored(R"(,"listId":[])"),
+             stored(R"(,"isPinned":0)"),
+             stored(R"(,"isPinned":"false")"),
+             stored(R"(,"isPinned":null)"),
+         })
+        EXPECT_FALSE(decodeHistory(json)) << json.substr(0, 160);
+}
+
+TEST(StoredFormTest, EveryKeyOfARecordIsRequiredAndEveryCutIsNoticed) {
+    const std::string history = stored("");
+    for (const char* key : {"id", "content", "type", "date", "isPinned"}) {
+        std::string json = history;
+        json.insert(json.find("\""s + key + "\":") + 1, "x");
+        EXPECT_FALSE(decodeHistory(json)) << json;
+    }
+    const std::string lists = encodeLists({{id, "é", Date{1}}});
+    for (const char* key : {"id", "name", "createdAt"}) {
+        std::string json = lists;
+        json.insert(json.find("\""s + key + "\":") + 1, "x");
+        EXPECT_FALSE(decodeLists(json)) << json;
+    }
+    for (std::size_t length = 0; length < history.size(); ++length)
+        EXPECT_FALSE(decodeHistory(history.substr(0, length))) << length;
+    for (std::size_t length = 0; length < lists.size(); ++length)
+        EXPECT_FALSE(decodeLists(lists.substr(0, length))) << length;
+}
+
+TEST(ClipboardItemTest, EqualityIsOfEveryField) {
+    ClipboardItem changed = entry("abc");
+    EXPECT_EQ(changed, entry("abc"));
+    changed.isPinned = true;
+    EXPECT_NE(changed, entry("abc"));
+    changed = entry("abc");
+    changed.sourceApp = "";
+    EXPECT_NE(changed, entry("abc"));
+    changed = entry("abc");
+    changed.listId = Uuid();
+    EXPECT_NE(changed, entry("abc"));
+}
+
+}  // namespace
+}  // namespace brindle

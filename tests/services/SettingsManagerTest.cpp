@@ -1,0 +1,79 @@
+#include "services/SettingsManager.h"
+
+#include "support/SimulatedTest.h"
+
+namespace brindle {
+namespace {
+
+using test::SimulatedDefaults;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+using SettingsManagerTest = test::SimulatedTest;
+
+TEST_F(SettingsManagerTest, AnEmptyStoreGivesTheDefaultsAndStaysEmpty) {
+    const SettingsManager settings;
+    EXPECT_EQ(settings.maxClipboardItems().value(), 50);
+    EXPECT_EQ(settings.appTheme().value(), AppTheme::dark);
+    EXPECT_FALSE(settings.launchAtLogin().value());
+    EXPECT_THAT(sim.journal.take(), ElementsAre("unregister login item"));
+    EXPECT_THAT(sim.store.values, IsEmpty());
+}
+
+TEST_F(SettingsManagerTest, ReadsWhatIsStoredAndDistrustsOnlyTheUnknown) {
+    const struct {
+        std::int64_t stored;
+        std::int64_t read;
+    } counts[] = {{0, 50}, {7, 7}, {-3, -3}, {1, 1}};
+    for (const auto& row : counts) {
+        sim.store.values["maxClipboardItems"] = row.stored;
+        EXPECT_EQ(SettingsManager().maxClipboardItems().value(), row.read);
+    }
+    const std::pair<std::string, AppTheme> themes[] = {{"Light", AppTheme::light},
+                                                       {"Dark", AppTheme::dark},
+                                                       {"System", AppTheme::system},
+                                                       {"light", AppTheme::dark},
+                                                       {"", AppTheme::dark}};
+    for (const auto& [raw, theme] : themes) {
+        sim.store.values["appTheme"] = raw;
+        EXPECT_EQ(SettingsManager().appTheme().value(), theme) << raw;
+        EXPECT_EQ(sim.store.string("appTheme"), raw);
+    }
+    sim.store.values["launchAtLogin"] = std::int64_t{1};
+    sim.journal.take();
+    EXPECT_TRUE(SettingsManager().launchAtLogin().value());
+    EXPECT_THAT(sim.journal.take(), ElementsAre("register login item"));
+}
+
+TEST_F(SettingsManagerTest, EveryAssignmentPublishesAndStoresAlsoOfAnEqualValue) {
+    SettingsManager settings;
+    sim.journal.take();
+    std::vector<std::int64_t> heard;
+    const auto subscription =
+        settings.maxClipboardItems().subscribe([&](std::int64_t count) { heard.push_back(count); });
+    settings.setMaxClipboardItems(25);
+    settings.setMaxClipboardItems(25);
+    settings.setAppTheme(AppTheme::system);
+    sim.login.failure = "no such folder";
+    settings.setLaunchAtLogin(true);
+    EXPECT_THAT(heard, ElementsAre(50, 25, 25));
+    EXPECT_THAT(sim.journal.take(), ElementsAre("store maxClipboardItems", "store maxClipboardItems", "store appTheme",
+                                                "store launchAtLogin", "register login item",
+                                                "log Failed to update launch at login: no such folder"));
+    EXPECT_EQ(sim.store.string("appTheme"), "System");
+    EXPECT_TRUE(settings.launchAtLogin().value());
+}
+
+TEST_F(SettingsManagerTest, AnObserverThatCorrectsAValueHasTheLastWordInTheStoreToo) {
+    SettingsManager settings;
+    const auto subscription = settings.maxClipboardItems().subscribe([&](std::int64_t count) {
+        if (count == 1000)
+            settings.setMaxClipboardItems(100);
+    });
+    settings.setMaxClipboardItems(1000);
+    EXPECT_EQ(settings.maxClipboardItems().value(), 100);
+    EXPECT_EQ(sim.store.integer("maxClipboardItems"), 100);
+}
+
+}  // namespace
+}  // namespace brindle

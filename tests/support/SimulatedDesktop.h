@@ -1,0 +1,161 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "base/Signal.h"
+#include "platform/AccessibilityTrust.h"
+#include "platform/Application.h"
+#include "platform/MouseMonitor.h"
+#include "platform/Pasteboard.h"
+#include "platform/RunningApplication.h"
+#include "platform/Workspace.h"
+#include "support/Journal.h"
+#include "support/SimulatedMainQueue.h"
+
+/// The part of a simulated desktop that the user shares with other programs.
+namespace brindle::test {
+
+class SimulatedWorkspace;
+
+struct ApplicationFacts {
+    std::optional<std::string> bundleIdentifier = std::nullopt;
+    std::optional<std::string> localizedName = std::nullopt;
+    ActivationPolicy policy = ActivationPolicy::regular;
+    std::int32_t processIdentifier = -1;
+};
+
+class SimulatedApplication final : public RunningApplication,
+                                   public std::enable_shared_from_this<SimulatedApplication> {
+public:
+    SimulatedApplication(SimulatedWorkspace& workspace, ApplicationFacts initial)
+        : facts(std::move(initial)), workspace_(workspace) {}
+
+    std::optional<std::string> bundleIdentifier() const override { return facts.bundleIdentifier; }
+    std::optional<std::string> localizedName() const override { return facts.localizedName; }
+    std::int32_t processIdentifier() const override { return facts.processIdentifier; }
+    ActivationPolicy activationPolicy() const override { return facts.policy; }
+    bool isTerminated() const override { return hasQuit; }
+    bool activate() override;
+
+    ApplicationFacts facts;
+    bool hasQuit = false;
+    bool refusesRequests = false;     ///< the desktop cannot even be asked
+    bool ignoresRequests = false;     ///< it can, and nothing comes of it
+    double secondsToComeForward = 0;  ///< after it was asked to
+
+private:
+    SimulatedWorkspace& workspace_;
+};
+
+using SimulatedApplicationHandle = std::shared_ptr<SimulatedApplication>;
+
+class SimulatedWorkspace final : public Workspace {
+public:
+    SimulatedWorkspace(Journal& journal, SimulatedMainQueue& queue) : journal_(journal), queue_(queue) {}
+
+    RunningApplicationHandle frontmostApplication() const override { return frontmost(); }
+    Subscription onDidActivateApplication(std::function<void(const RunningApplicationHandle&)> observer) override {
+        return activations_.subscribe(std::move(observer));
+    }
+    bool openUrl(std::string_view url) override;
+    std::optional<std::string> applicationPath(std::string_view bundleIdentifier) const override;
+    std::optional<std::string> iconForFile(std::string_view path) const override;
+
+    /// Starts an application; it stays in the background.
+    SimulatedApplicationHandle launch(ApplicationFacts facts);
+    /// An ordinary one called "TextEdit" has the identifier "org.example.TextEdit".
+    SimulatedApplicationHandle launch(const char* name);
+    void bringToFront(const SimulatedApplicationHandle& app);
+    void bringToFrontLater(const SimulatedApplicationHandle& app);
+    /// It gives way to the one that was in front before it, if it is in front at all.
+    void sendToBack(const SimulatedApplicationHandle& app);
+    SimulatedApplicationHandle frontmost() const { return stack_.empty() ? nullptr : stack_.back(); }
+    Journal& journal() { return journal_; }
+
+    bool opensUrls = true;
+    std::vector<std::pair<std::string, std::string>> applicationPaths;  ///< by bundle identifier
+    std::vector<std::pair<std::string, std::string>> icons;             ///< by path
+
+private:
+    Journal& journal_;
+    SimulatedMainQueue& queue_;
+    std::vector<SimulatedApplicationHandle> stack_;  // those that have been in front, the frontmost last
+    Signal<const RunningApplicationHandle&> activations_;
+};
+
+/// This program.
+class SimulatedOwnApplication final : public Application {
+public:
+    SimulatedOwnApplication(Journal& journal, SimulatedWorkspace& workspace);
+
+    ApplicationDelegate* delegate() const override { return delegate_; }
+    void setDelegate(ApplicationDelegate* delegate) override { delegate_ = delegate; }
+    void activateIgnoringOtherApps() override;
+    void deactivate() override { journal_.add("deactivate"); }
+    void hide() override;
+    void terminate() override { journal_.add("terminate"); }
+    EventType currentEvent() const override { return event; }
+
+    EventType event = EventType::other;
+    const SimulatedApplicationHandle self;
+
+private:
+    Journal& journal_;
+    SimulatedWorkspace& workspace_;
+    ApplicationDelegate* delegate_ = nullptr;
+};
+
+class SimulatedPasteboard final : public Pasteboard {
+public:
+    explicit SimulatedPasteboard(Journal& journal) : journal_(journal) {}
+
+    std::int64_t changeCount() const override { return count_; }
+    std::optional<SharedText> string() const override;
+    void clearContents() override;
+    void setString(const SharedText& text) override;
+
+    /// Another program's copy; none is a copy without text.
+    void copy(std::optional<SharedText> text);
+    const std::optional<SharedText>& content() const { return text_; }
+
+    mutable int readings = 0;  ///< of the text
+
+private:
+    Journal& journal_;
+    std::int64_t count_ = 0;
+    std::optional<SharedText> text_;
+};
+
+class SimulatedTrust final : public AccessibilityTrust {
+public:
+    explicit SimulatedTrust(Journal& journal) : journal_(journal) {}
+    bool isProcessTrusted(TrustPrompt prompt) override;
+
+    bool isTrusted = true;
+
+private:
+    Journal& journal_;
+};
+
+class SimulatedMouse final : public MouseMonitor {
+public:
+    explicit SimulatedMouse(Journal& journal) : journal_(journal) {}
+
+    Subscription addGlobalMonitor(std::uint64_t mask, std::function<void()> handler) override;
+    Point mouseLocation() const override { return location_; }
+
+    /// A click in another program, seen as its release.
+    void releaseElsewhere(Point point, std::uint64_t button);
+
+    int monitors = 0;
+    bool canMonitor = true;
+
+private:
+    Journal& journal_;
+    Point location_;
+    Signal<std::uint64_t> releases_;
+};
+
+}  // namespace brindle::test
