@@ -113,10 +113,11 @@ void X11SelectionReader::requestNextText() {
 void X11SelectionReader::handleAnswer(const xcb_selection_notify_event_t& answer) {
     if (answer.requestor != window_ || answer.selection != selection_ || wait_ != Wait::answer)
         return;
-    const bool isOfThisRead = answer.time == time_ || answer.time == XCB_CURRENT_TIME;
+    if (answer.time != time_ && answer.time != XCB_CURRENT_TIME)
+        return;
     if (answer.property == property_)
         readPiece();
-    else if (answer.property == XCB_ATOM_NONE && answer.target == target_ && isOfThisRead)
+    else if (answer.property == XCB_ATOM_NONE && answer.target == target_)
         handleRefusal();
 }
 
@@ -128,8 +129,14 @@ void X11SelectionReader::handleProperty(const xcb_property_notify_event_t& chang
         xcb_delete_property(connection_.get(), change.window, change.atom);
         connection_.flush();
     } else if (wait_ == Wait::chunk) {
-        readPiece();
+        readSoon();
     }
+}
+
+void X11SelectionReader::readSoon() {
+    // On a later turn: an owner may send as fast as we read.
+    nextPiece_.start(0);
+    await(Wait::nextPiece);
 }
 
 void X11SelectionReader::readPiece() {
@@ -153,8 +160,7 @@ void X11SelectionReader::readPiece() {
         return;
     if (reply->bytes_after > 0) {
         offset_ += pieceLength;
-        nextPiece_.start(0);
-        await(Wait::nextPiece);
+        readSoon();
     } else if (isChunked_ && !isEndOfChunks) {
         offset_ = 0;
         await(Wait::chunk);

@@ -51,6 +51,7 @@ private:
     void request(xcb_atom_t target);
     void requestNextText();
     void dropProperty();
+    void readSoon();
     void readPiece();
     bool accept(const xcb_get_property_reply_t& reply, std::string_view bytes);
     [[nodiscard]] std::optional<SelectionEncoding> encodingOf(xcb_atom_t type);
