@@ -18,9 +18,7 @@ class BusSingleInstance : public QObject, public SingleInstance {
 public:
     [[nodiscard]] InstanceClaim claim() override;
     [[nodiscard]] Subscription onSecondStart(std::function<void()> observer) override;
-
-public Q_SLOTS:
-    Q_SCRIPTABLE void Toggle();
+    Q_SLOT Q_SCRIPTABLE void Toggle();
 
 private:
     [[nodiscard]] std::optional<InstanceClaim> claimOn(QDBusConnection& bus);

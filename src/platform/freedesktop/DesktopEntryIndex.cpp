@@ -73,7 +73,8 @@ private:
     void readFolder(const std::string& path, const std::string& prefix, int depth) {
         catalog_.folders.push_back({path, changeOf(path)});
         for (const auto& name : namesIn(path)) {
-            const auto file = path + '/' + name;
+            auto file = path;
+            (file += '/') += name;
             std::error_code ignored;  // what cannot be looked at is no folder
             if (name.size() > suffix.size() && name.ends_with(suffix))
                 readEntry(file, prefix + name.substr(0, name.size() - suffix.size()));

@@ -19,10 +19,8 @@ public:
     /// None until the portal answered, or when it has no preference.
     [[nodiscard]] std::optional<ColorScheme> scheme() const { return scheme_; }
 
-private Q_SLOTS:
-    void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
-
 private:
+    Q_SLOT void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
     void take(const QVariant& value);
 
     std::function<void()> changed_;
