@@ -52,6 +52,11 @@ bool isOnThisMachine(X11Connection& connection, xcb_window_t window) {
     return !host || withoutDomain(host->c_str()) == withoutDomain(localHost());
 }
 
+XcbPointer<xcb_get_window_attributes_reply_t> attributesOf(X11Connection& connection, xcb_window_t window) {
+    return XcbPointer<xcb_get_window_attributes_reply_t>(xcb_get_window_attributes_reply(
+        connection.get(), xcb_get_window_attributes(connection.get(), window), nullptr));
+}
+
 xcb_window_t childUnderPointer(X11Connection& connection, xcb_window_t window) {
     const XcbPointer<xcb_query_pointer_reply_t> pointer(
         xcb_query_pointer_reply(connection.get(), xcb_query_pointer(connection.get(), window), nullptr));
@@ -125,8 +130,7 @@ std::int32_t processOf(X11Connection& connection, xcb_window_t window) {
 }
 
 ActivationPolicy policyOf(X11Connection& connection, xcb_window_t window) {
-    const XcbPointer<xcb_get_window_attributes_reply_t> attributes(xcb_get_window_attributes_reply(
-        connection.get(), xcb_get_window_attributes(connection.get(), window), nullptr));
+    const auto attributes = attributesOf(connection, window);
     if (attributes && attributes->override_redirect != 0)
         return ActivationPolicy::accessory;
     const auto states = connection.property32(window, connection.atom("_NET_WM_STATE"), XCB_ATOM_ATOM);
@@ -144,9 +148,12 @@ ActivationPolicy policyOf(X11Connection& connection, xcb_window_t window) {
 }
 
 bool exists(X11Connection& connection, xcb_window_t window) {
-    const XcbPointer<xcb_get_window_attributes_reply_t> attributes(xcb_get_window_attributes_reply(
-        connection.get(), xcb_get_window_attributes(connection.get(), window), nullptr));
-    return attributes != nullptr;
+    return attributesOf(connection, window) != nullptr;
+}
+
+bool isShown(X11Connection& connection, xcb_window_t window) {
+    const auto attributes = attributesOf(connection, window);
+    return attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
 }
 
 bool isOrBelongsTo(X11Connection& connection, xcb_window_t window, xcb_window_t owner) {

@@ -33,6 +33,7 @@ std::int32_t processOf(X11Connection& connection, xcb_window_t window);
 ActivationPolicy policyOf(X11Connection& connection, xcb_window_t window);
 
 bool exists(X11Connection& connection, xcb_window_t window);
+bool isShown(X11Connection& connection, xcb_window_t window);
 
 /// Whether `window` is `owner` or a dialog of it, at any depth.
 bool isOrBelongsTo(X11Connection& connection, xcb_window_t window, xcb_window_t owner);

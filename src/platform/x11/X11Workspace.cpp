@@ -34,7 +34,7 @@ X11Workspace::X11Workspace(X11Connection& connection, const DesktopEntryIndex& i
         timer->setSingleShot(true);
         timer->setTimerType(Qt::PreciseTimer);
     }
-    connect(&settling_, &QTimer::timeout, this, [this] { active_.reset(); });
+    connect(&settling_, &QTimer::timeout, this, [this] { settle(); });
     connect(&activationEnd_, &QTimer::timeout, this, [this] { endActivation(); });
 
     properties_ = connection_.onEvent(XCB_PROPERTY_NOTIFY, [this](const auto& event) {
@@ -42,6 +42,9 @@ X11Workspace::X11Workspace(X11Connection& connection, const DesktopEntryIndex& i
     });
     destructions_ = connection_.onEvent(XCB_DESTROY_NOTIFY, [this](const auto& event) {
         handleDestroyed(reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window);
+    });
+    unmappings_ = connection_.onEvent(XCB_UNMAP_NOTIFY, [this](const auto& event) {
+        handleGone(reinterpret_cast<const xcb_unmap_notify_event_t&>(event).window);
     });
     connection_.selectEvents(connection_.root(), XCB_EVENT_MASK_PROPERTY_CHANGE);
     updateManager();
@@ -94,6 +97,12 @@ void X11Workspace::handleDestroyed(xcb_window_t window) {
         *found.mapped() = true;
     if (window == manager_)
         updateManager();
+    handleGone(window);
+}
+
+void X11Workspace::handleGone(xcb_window_t window) {
+    if (active_ && active_->window() == window)
+        updateActive();
 }
 
 // The properties of a window manager that was killed stay on the root: its own window tells.
@@ -106,15 +115,29 @@ void X11Workspace::updateManager() {
 }
 
 void X11Workspace::updateActive() {
-    const auto window = isManagerTelling_ ? x11::activeWindow(connection_) : xcb_window_t{XCB_WINDOW_NONE};
-    auto handle = makeHandle(window);
-    if (!handle) {
-        if (!settling_.isActive())
-            settling_.start(milliseconds(settlingTime));
-        return;
+    if (auto handle = shownActive()) {
+        settling_.stop();
+        setActive(std::move(handle));
+    } else if (!settling_.isActive()) {
+        settling_.start(milliseconds(settlingTime));
     }
-    settling_.stop();
-    const bool isSame = active_ && active_->window() == window;
+}
+
+void X11Workspace::settle() {
+    if (auto handle = shownActive())
+        setActive(std::move(handle));
+    else
+        active_.reset();
+}
+
+// Some window managers go on reporting a window that has left the screen.
+X11Workspace::Handle X11Workspace::shownActive() const {
+    const auto window = isManagerTelling_ ? x11::activeWindow(connection_) : xcb_window_t{XCB_WINDOW_NONE};
+    return x11::isShown(connection_, window) ? makeHandle(window) : nullptr;
+}
+
+void X11Workspace::setActive(Handle handle) {
+    const bool isSame = active_ && active_->window() == handle->window();
     active_ = std::move(handle);
     if (!isSame)
         announce();

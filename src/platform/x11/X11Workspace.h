@@ -47,8 +47,12 @@ private:
 
     void handleProperty(const xcb_property_notify_event_t& event);
     void handleDestroyed(xcb_window_t window);
+    void handleGone(xcb_window_t window);
     void updateManager();
     void updateActive();
+    void settle();
+    void setActive(Handle handle);
+    [[nodiscard]] Handle shownActive() const;
     void announce();
     void endActivation();
     [[nodiscard]] bool isMasked() const;
@@ -74,6 +78,7 @@ private:
     Signal<const RunningApplicationHandle&> activations_;
     Subscription properties_;
     Subscription destructions_;
+    Subscription unmappings_;
 };
 
 }  // namespace brindle

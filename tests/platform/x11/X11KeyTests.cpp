@@ -1,0 +1,326 @@
+#include <gmock/gmock.h>
+#include <xcb/xinput.h>
+
+#include <QElapsedTimer>
+
+#include "platform/StatusBar.h"
+#include "platform/x11/X11EventTaps.h"
+#include "platform/x11/X11HotKeys.h"
+#include "platform/x11/X11KeyEvents.h"
+#include "platform/x11/X11KeyStates.h"
+#include "platform/x11/X11TestDesk.h"
+
+namespace brindle::x11test {
+namespace {
+
+using testing::ElementsAre;
+
+constexpr unsigned shift = XCB_MOD_MASK_SHIFT;
+constexpr unsigned lock = XCB_MOD_MASK_LOCK;
+constexpr unsigned control = XCB_MOD_MASK_CONTROL;
+constexpr unsigned superMask = XCB_MOD_MASK_4;
+constexpr std::uint32_t popoverModifiers = hotKeyModifiers::command | hotKeyModifiers::shift;
+constexpr HotKeyId hotKeyId{0x11223344, 1};
+constexpr EventTypeSpec pressed{0x6B657962, 5};
+constexpr auto vCode = static_cast<std::uint32_t>(VirtualKey::v);
+constexpr TapRequest cycling{.key = VirtualKey::v, .flags = eventFlags::control | eventFlags::command};
+
+/// A client that grabs keys for itself.
+class Rival {
+public:
+    void grab(unsigned modifiers, xcb_keycode_t key = keyV) {
+        const auto cookie =
+            xcb_grab_key_checked(connection_->get(), 0, connection_->root(), static_cast<std::uint16_t>(modifiers), key,
+                                 XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+        const XcbPointer<xcb_generic_error_t> error(xcb_request_check(connection_->get(), cookie));
+        EXPECT_FALSE(error);
+    }
+    [[nodiscard]] bool canGrab(unsigned modifiers, xcb_keycode_t key = keyV) {
+        const auto cookie =
+            xcb_grab_key_checked(connection_->get(), 0, connection_->root(), static_cast<std::uint16_t>(modifiers), key,
+                                 XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+        const XcbPointer<xcb_generic_error_t> error(xcb_request_check(connection_->get(), cookie));
+        if (!error)
+            xcb_ungrab_key(connection_->get(), key, connection_->root(), static_cast<std::uint16_t>(modifiers));
+        keysDown(*connection_);
+        return !error;
+    }
+
+private:
+    std::unique_ptr<X11Connection> connection_ = X11Connection::open();
+};
+
+class X11KeyTest : public testing::Test {
+protected:
+    X11KeyTest() {
+        target_.show();
+        target_.focus();
+    }
+    ~X11KeyTest() override { EXPECT_EQ(X11KeyStates::read(*connection_).synthetic.count(), 0U); }
+
+    void paste() {
+        const auto source = keyEvents_.createSource(EventSourceState::hidSystem);
+        for (const auto& [key, direction] : {std::pair{VirtualKey::command, KeyDirection::down},
+                                             {VirtualKey::v, KeyDirection::down},
+                                             {VirtualKey::v, KeyDirection::up},
+                                             {VirtualKey::command, KeyDirection::up}}) {
+            const auto event = keyEvents_.createKeyEvent(*source, key, direction);
+            event->setFlags(eventFlags::command);
+            keyEvents_.post(EventTapLocation::hid, *event);
+        }
+    }
+    /// The chord's keys as the target saw them since the last look.
+    std::vector<OtherWindow::Key> seen(xcb_keycode_t key = keyV) {
+        keysDown(target_.connection());
+        EXPECT_TRUE(awaits([&] { return !target_.presses(key).empty(); }));
+        auto found = target_.presses(key);
+        target_.forgetKeys();
+        return found;
+    }
+
+    Hands hands_;
+    OtherWindow target_;
+    std::unique_ptr<X11Connection> connection_ = X11Connection::open();
+    X11Keyboard keyboard_{*connection_};
+    int lent_ = 0;
+    int givenBack_ = 0;
+    X11KeyEvents keyEvents_{*connection_, keyboard_, {[this] { ++lent_; }, [this] { ++givenBack_; }}};
+};
+
+TEST_F(X11KeyTest, HotKeyFiresOncePerPressWhateverTheLocks) {
+    X11HotKeys hotKeys(*connection_, keyboard_);
+    HotKeyRef hotKey = 0;
+    ASSERT_EQ(hotKeys.registerHotKey(vCode, popoverModifiers, hotKeyId, hotKey), noError);
+    EXPECT_NE(hotKey, 0U);
+    int fired = 0;
+    EXPECT_NE(hotKeys.installEventHandler(pressed, [&] { ++fired; }), 0U);
+    int expected = 0;
+    for (const auto lockKey : {xcb_keycode_t{0}, keyCapsLock, keyNumLock}) {
+        if (lockKey != 0)
+            hands_.tap(lockKey);
+        hands_.chord({keySuperLeft, keyShiftRight, keyV});
+        ++expected;
+        EXPECT_TRUE(awaits([&] { return fired == expected; }));
+        if (lockKey != 0)
+            hands_.tap(lockKey);
+    }
+    hands_.chord({keySuperLeft, keyShiftLeft, keyControlLeft, keyV});
+    EXPECT_THAT(seen(), ElementsAre(OtherWindow::Key{true, keyV, shift | control | superMask}));
+    EXPECT_EQ(fired, expected);
+    hotKeys.unregisterHotKey(hotKey);
+    hands_.chord({keySuperLeft, keyShiftLeft, keyV});
+    EXPECT_EQ(seen().size(), 1U);
+    EXPECT_EQ(fired, expected);
+}
+
+TEST_F(X11KeyTest, HeldHotKeyFiresOnceAndTypesNothing) {
+    X11HotKeys hotKeys(*connection_, keyboard_);
+    HotKeyRef hotKey = 0;
+    ASSERT_EQ(hotKeys.registerHotKey(vCode, popoverModifiers, hotKeyId, hotKey), noError);
+    int fired = 0;
+    static_cast<void>(hotKeys.installEventHandler(pressed, [&] { ++fired; }));
+    int repeats = 0;
+    const auto presses = connection_->onEvent(XCB_KEY_PRESS, [&](const auto&) { ++repeats; });
+    hands_.press(keySuperLeft);
+    hands_.press(keyShiftLeft);
+    hands_.press(keyV);
+    EXPECT_TRUE(awaits([&] { return repeats > 5; }));
+    hands_.release(keyShiftLeft);
+    hands_.release(keySuperLeft);
+    const int before = repeats;
+    EXPECT_TRUE(awaits([&] { return repeats > before + 3; }));
+    hands_.release(keyV);
+    EXPECT_EQ(fired, 1);
+    hands_.tap(keyA);
+    EXPECT_EQ(seen(keyA).size(), 1U);
+    EXPECT_TRUE(target_.presses(keyV).empty());
+}
+
+TEST_F(X11KeyTest, HotKeyThatAnotherProgramHoldsIsRefusedWhole) {
+    X11HotKeys hotKeys(*connection_, keyboard_);
+    HotKeyRef hotKey = 7;
+    {
+        Rival rival;
+        rival.grab(superMask | shift | lock);
+        EXPECT_EQ(hotKeys.registerHotKey(vCode, popoverModifiers, hotKeyId, hotKey), XCB_ACCESS);
+        EXPECT_EQ(hotKey, 7U);
+        EXPECT_TRUE(rival.canGrab(superMask | shift));
+    }
+    EXPECT_EQ(hotKeys.registerHotKey(vCode, popoverModifiers, hotKeyId, hotKey), noError);
+    EXPECT_FALSE(Rival().canGrab(superMask | shift));
+}
+
+TEST_F(X11KeyTest, TapTakesTheCombinationWithAnyOtherModifierAndItsRepeats) {
+    X11EventTaps taps(*connection_, keyboard_);
+    std::vector<std::uint64_t> flags;
+    const auto tap = taps.create(cycling, [&](const TappedKey& key) {
+        flags.push_back(key.flags);
+        return TapVerdict::remove;
+    });
+    ASSERT_TRUE(tap);
+    for (const auto& others : std::vector<std::vector<xcb_keycode_t>>{
+             {}, {keyShiftLeft}, {keyAltLeft}, {keyShiftRight, keyAltLeft}, {keyNumLock}, {keyCapsLock}}) {
+        flags.clear();
+        std::vector<xcb_keycode_t> keys = others;
+        keys.insert(keys.end(), {keyControlRight, keySuperLeft, keyV});
+        hands_.chord(keys);
+        EXPECT_TRUE(awaits([&] { return flags.size() == 1; })) << flags.size();
+        EXPECT_EQ(flags.front(), cycling.flags);
+        for (const auto lockKey : {keyNumLock, keyCapsLock}) {
+            if (others == std::vector{lockKey})
+                hands_.tap(lockKey);
+        }
+    }
+    flags.clear();
+    for (const auto key : {keyControlLeft, keySuperLeft, keyV})
+        hands_.press(key);
+    EXPECT_TRUE(awaits([&] { return flags.size() > 5; }));
+    for (const auto key : {keyV, keySuperLeft, keyControlLeft})
+        hands_.release(key);
+    EXPECT_TRUE(target_.presses(keyV).empty());
+
+    hands_.chord({keySuperLeft, keyV});
+    hands_.chord({keyControlLeft, keyV});
+    EXPECT_TRUE(awaits([&] { return target_.presses(keyV).size() == 2; }));
+}
+
+TEST_F(X11KeyTest, TapNeedsOnlyTheBareCombination) {
+    X11EventTaps taps(*connection_, keyboard_);
+    const auto ignore = [](const TappedKey&) { return TapVerdict::remove; };
+    Rival rival;
+    rival.grab(control | superMask | shift);
+    EXPECT_TRUE(taps.create(cycling, ignore));
+    keysDown(*connection_);  // the server has seen that tap's end
+    rival.grab(control | superMask);
+    EXPECT_FALSE(taps.create(cycling, ignore));
+}
+
+TEST_F(X11KeyTest, LayoutsMoveTheKey) {
+    X11EventTaps taps(*connection_, keyboard_);
+    int tapped = 0;
+    const auto tap = taps.create(cycling, [&](const TappedKey&) {
+        ++tapped;
+        return TapVerdict::remove;
+    });
+    struct Case {
+        const char* layout;
+        xcb_keycode_t key;
+    };
+    for (const auto& each : {Case{"us(dvorak)", 60},
+                             {"us", keyV},
+                             {"ru", keyV},
+                             {"us(dvorak),ru", 60},
+                             {"fr", keyV},
+                             {"ru,us(dvorak)", 60},
+                             {"us", keyV}}) {
+        SCOPED_TRACE(each.layout);
+        setLayout(each.layout);
+        EXPECT_TRUE(
+            awaits([&] { return keyboard_.vKey() == each.key && !Rival().canGrab(control | superMask, each.key); }));
+        tapped = 0;
+        hands_.chord({keyControlLeft, keySuperLeft, each.key});
+        EXPECT_TRUE(awaits([&] { return tapped == 1; }));
+        target_.forgetKeys();
+        paste();
+        EXPECT_THAT(seen(each.key), ElementsAre(OtherWindow::Key{true, each.key, control}));
+    }
+}
+
+TEST_F(X11KeyTest, PastesOnceWhateverFingersHold) {
+    struct Case {
+        std::vector<xcb_keycode_t> held;
+        unsigned locks = 0;
+    };
+    QElapsedTimer clock;
+    qint64 slowest = 0;
+    qint64 total = 0;
+    int count = 0;
+    for (const auto& each : std::vector<Case>{{{}},
+                                              {{keyControlLeft}},
+                                              {{keyControlRight, keySuperLeft}},
+                                              {{keyShiftLeft, keySuperLeft}},
+                                              {{keyControlLeft, keySuperLeft, keyV}},
+                                              {{keyAltLeft, keyShiftRight, keyControlRight, keySuperLeft, keyV}},
+                                              {{keyCapsLock}, lock}}) {
+        for (const auto key : each.held)
+            hands_.press(key);
+        if (!each.held.empty())
+            seen(each.held.back());
+        for (int i = 0; i < 20; ++i) {
+            clock.start();
+            paste();
+            slowest = std::max(slowest, clock.nsecsElapsed());
+            total += clock.nsecsElapsed();
+            ++count;
+            EXPECT_THAT(seen(), ElementsAre(OtherWindow::Key{true, keyV, control | each.locks}));
+            EXPECT_EQ(X11KeyStates::read(*connection_).fingers, hands_.held());
+        }
+        for (const auto key : each.held)
+            hands_.release(key);
+        EXPECT_TRUE(awaits([&] { return X11KeyStates::read(*connection_).synthetic.none(); }));
+        EXPECT_EQ(keysDown(*connection_).count(), 0U);
+        if (each.locks != 0)
+            hands_.tap(keyCapsLock);
+    }
+    RecordProperty("meanMicroseconds", static_cast<int>(total / count / 1000));
+    RecordProperty("slowestMicroseconds", static_cast<int>(slowest / 1000));
+    std::printf("paste: mean %.2f ms, slowest %.2f ms\n", double(total) / count / 1e6, double(slowest) / 1e6);
+}
+
+TEST_F(X11KeyTest, CyclingWhileTheModifiersStayDownPastesOnceForEachPress) {
+    X11EventTaps taps(*connection_, keyboard_);
+    int tapped = 0;
+    const auto tap = taps.create(cycling, [&](const TappedKey&) {
+        ++tapped;
+        QTimer::singleShot(1, [this] { paste(); });
+        return TapVerdict::remove;
+    });
+    hands_.press(keyControlLeft);
+    hands_.press(keySuperLeft);
+    for (int i = 1; i <= 100; ++i) {
+        hands_.press(keyV);
+        // Let go before the paste, or kept down until after it.
+        if (i % 2 == 0)
+            hands_.release(keyV);
+        ASSERT_TRUE(awaits([&] { return target_.presses(keyV).size() == static_cast<std::size_t>(i); }));
+        hands_.release(keyV);
+    }
+    for (const auto key : {keySuperLeft, keyControlLeft})
+        hands_.release(key);
+    EXPECT_TRUE(awaits([&] { return X11KeyStates::read(*connection_).synthetic.none(); }));
+    EXPECT_EQ(keysDown(*connection_).count(), 0U);
+    EXPECT_EQ(tapped, 100);
+    EXPECT_EQ(target_.presses(keyV), std::vector(100, OtherWindow::Key{true, keyV, control}));
+}
+
+TEST_F(X11KeyTest, ChordIsTheOneThatTheApplicationTakes) {
+    const auto pasteInto = [this](const char* windowClass) {
+        OtherWindow window({.windowClass = windowClass});
+        window.show();
+        window.focus();
+        paste();
+        keysDown(window.connection());
+        EXPECT_TRUE(awaits([&] { return !window.keys().empty() && !window.keys().back().isPress; }));
+        return window.keys();
+    };
+    EXPECT_THAT(pasteInto("Xfce4-terminal"), testing::Contains(OtherWindow::Key{true, keyV, control | shift}));
+    EXPECT_EQ(lent_, 0);
+    EXPECT_THAT(pasteInto("XTerm"), testing::Contains(OtherWindow::Key{true, 118, shift}));
+    EXPECT_EQ(lent_, 1);
+    EXPECT_EQ(givenBack_, 0);
+    EXPECT_TRUE(awaits([&] { return givenBack_ == 1; }));
+}
+
+TEST_F(X11KeyTest, QuittingLeavesNoKeyDown) {
+    hands_.press(keySuperLeft);
+    {
+        X11KeyEvents shortLived(*connection_, keyboard_, {});
+        const auto source = shortLived.createSource(EventSourceState::hidSystem);
+        shortLived.post(EventTapLocation::hid, *shortLived.createKeyEvent(*source, VirtualKey::v, KeyDirection::down));
+        EXPECT_TRUE(X11KeyStates::read(*connection_).synthetic.any());
+    }
+    EXPECT_TRUE(X11KeyStates::read(*connection_).synthetic.none());
+}
+
+}  // namespace
+}  // namespace brindle::x11test

@@ -1,0 +1,124 @@
+#pragma once
+
+#include <QProcess>
+#include <QTemporaryDir>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/x11/X11Connection.h"
+#include "platform/x11/X11Keyboard.h"
+
+namespace brindle::x11test {
+
+// Key codes of a PC keyboard.
+constexpr xcb_keycode_t keyA = 38;
+constexpr xcb_keycode_t keyV = 55;
+constexpr xcb_keycode_t keyControlLeft = 37;
+constexpr xcb_keycode_t keyControlRight = 105;
+constexpr xcb_keycode_t keyShiftLeft = 50;
+constexpr xcb_keycode_t keyShiftRight = 62;
+constexpr xcb_keycode_t keyAltLeft = 64;
+constexpr xcb_keycode_t keySuperLeft = 133;
+constexpr xcb_keycode_t keyCapsLock = 66;
+constexpr xcb_keycode_t keyNumLock = 77;
+
+/// Runs the main loop until the condition holds; false when it does not within five seconds.
+bool awaits(const std::function<bool()>& condition);
+
+/// The hands of a user: a keyboard and a mouse of the server that are not those of XTEST. Held keys repeat.
+class Hands {
+public:
+    Hands();
+    ~Hands();
+
+    void press(xcb_keycode_t key) { moveKey(key, Motion::down); }
+    void release(xcb_keycode_t key) { moveKey(key, Motion::up); }
+    void tap(xcb_keycode_t key);
+    /// Presses the keys in order, and releases them in the reverse order.
+    void chord(const std::vector<xcb_keycode_t>& keys);
+    void moveTo(int x, int y);
+    void pressButton(std::uint8_t button) { moveButton(button, Motion::down); }
+    void releaseButton(std::uint8_t button) { moveButton(button, Motion::up); }
+    void click(std::uint8_t button = 1);
+
+    [[nodiscard]] const KeySet& held() const { return held_; }
+
+private:
+    enum class Motion { down, up };
+    void moveKey(xcb_keycode_t key, Motion motion);
+    void moveButton(std::uint8_t button, Motion motion);
+
+    std::unique_ptr<X11Connection> connection_;
+    std::uint8_t keyboard_ = 0;
+    KeySet held_;
+};
+
+struct WindowSpec {
+    std::string windowClass = "target";
+    std::optional<std::uint32_t> process{};
+    std::vector<std::string> types{};
+    std::vector<std::string> states{};
+    xcb_window_t transientFor = XCB_WINDOW_NONE;
+    bool isOverrideRedirect = false;
+    int x = 100;
+    int y = 100;
+};
+
+/// A window of another program that remembers the keys it was sent.
+class OtherWindow {
+public:
+    struct Key {
+        bool isPress;
+        xcb_keycode_t key;
+        unsigned state;
+        friend bool operator==(const Key&, const Key&) = default;
+    };
+
+    explicit OtherWindow(const WindowSpec& spec = {});
+    ~OtherWindow() { destroy(); }
+
+    void show();
+    void hide();
+    void destroy();
+    void focus();  ///< as a program without a window manager does
+
+    [[nodiscard]] xcb_window_t id() const { return window_; }
+    [[nodiscard]] bool hasFocus();
+    [[nodiscard]] const std::vector<Key>& keys() const { return keys_; }
+    [[nodiscard]] std::vector<Key> presses(xcb_keycode_t key) const;
+    void forgetKeys() { keys_.clear(); }
+    [[nodiscard]] X11Connection& connection() { return *connection_; }
+
+private:
+    void setAtoms(const char* property, const std::vector<std::string>& names);
+    void note(const xcb_generic_event_t& event, bool isPress);
+
+    std::unique_ptr<X11Connection> connection_ = X11Connection::open();
+    xcb_window_t window_;
+    bool isMapped_ = false;
+    std::vector<Key> keys_;
+    std::vector<Subscription> events_;
+};
+
+/// openbox without key bindings of its own.
+class WindowManager {
+public:
+    WindowManager();
+    ~WindowManager();
+    void kill();
+
+private:
+    QTemporaryDir folder_;
+    QProcess process_;
+};
+
+/// Sets the layout for all keyboards, as a user does in a running session.
+void setLayout(const std::string& layout);
+
+/// The modifiers and other keys that are down on the core keyboard.
+KeySet keysDown(X11Connection& connection);
+
+}  // namespace brindle::x11test

@@ -1,0 +1,256 @@
+#include "platform/x11/X11Workspace.h"
+
+#include <gmock/gmock.h>
+#include <unistd.h>
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QRasterWindow>
+#include <QTemporaryDir>
+
+#include "platform/Bundle.h"
+#include "platform/freedesktop/DesktopEntryIndex.h"
+#include "platform/x11/X11TestDesk.h"
+
+namespace brindle::x11test {
+namespace {
+
+using testing::ElementsAre;
+using testing::Optional;
+
+class TestBundle : public Bundle {
+public:
+    [[nodiscard]] std::optional<std::string> bundleIdentifier() const override { return "org.example.Self"; }
+    [[nodiscard]] std::optional<std::string> infoString(std::string_view) const override { return {}; }
+    [[nodiscard]] std::optional<std::string> resourcePath() const override { return {}; }
+    [[nodiscard]] std::optional<std::string> executablePath() const override { return {}; }
+    [[nodiscard]] std::string bundlePath() const override { return {}; }
+    [[nodiscard]] std::optional<std::string> imageNamed(std::string_view) const override { return {}; }
+    [[nodiscard]] std::optional<std::string> symbolNamed(std::string_view) const override { return {}; }
+};
+
+class X11WorkspaceTest : public testing::Test {
+protected:
+    X11WorkspaceTest() {
+        const QDir folder(data_.path());
+        folder.mkdir("applications");
+        QFile entry(folder.filePath("applications/org.example.Editor.desktop"));
+        EXPECT_TRUE(entry.open(QFile::WriteOnly));
+        entry.write("[Desktop Entry]\nType=Application\nName=Example Editor\nStartupWMClass=editor\nIcon=pen\n");
+        qputenv("XDG_DATA_HOME", data_.path().toUtf8());
+    }
+
+    xcb_window_t front() {
+        const auto application = std::dynamic_pointer_cast<X11RunningApplication>(workspace_->frontmostApplication());
+        return application ? application->window() : xcb_window_t{XCB_WINDOW_NONE};
+    }
+    void start() {
+        workspace_ = std::make_unique<X11Workspace>(*connection_, index_, bundle_);
+        notices_ = workspace_->onDidActivateApplication([this](const RunningApplicationHandle& application) {
+            EXPECT_EQ(application->processIdentifier(), workspace_->frontmostApplication()->processIdentifier());
+            noticed_.push_back(std::dynamic_pointer_cast<X11RunningApplication>(application)->window());
+        });
+    }
+    void bringUp(OtherWindow& window) {
+        window.show();
+        EXPECT_TRUE(awaits([&] { return front() == window.id(); }));
+    }
+
+    QTemporaryDir data_;
+    TestBundle bundle_;
+    DesktopEntryIndex index_;
+    std::unique_ptr<X11Connection> connection_ = X11Connection::open();
+    std::unique_ptr<X11Workspace> workspace_;
+    Subscription notices_;
+    std::vector<xcb_window_t> noticed_;
+};
+
+TEST_F(X11WorkspaceTest, TellsWhoIsInFront) {
+    const WindowManager manager;
+    start();
+    OtherWindow editor({.windowClass = "Editor", .process = 4711});
+    OtherWindow unknown({.windowClass = "Unheard-of"});
+    bringUp(editor);
+    const auto application = workspace_->frontmostApplication();
+    EXPECT_THAT(application->bundleIdentifier(), Optional(std::string("org.example.Editor")));
+    EXPECT_THAT(application->localizedName(), Optional(std::string("Example Editor")));
+    EXPECT_EQ(application->processIdentifier(), 4711);
+    EXPECT_EQ(application->activationPolicy(), ActivationPolicy::regular);
+    const auto path = workspace_->applicationPath("org.example.Editor");
+    ASSERT_TRUE(path);
+    EXPECT_THAT(workspace_->iconForFile(*path), Optional(std::string("pen")));
+
+    bringUp(unknown);
+    EXPECT_EQ(workspace_->frontmostApplication()->bundleIdentifier(), std::nullopt);
+    EXPECT_THAT(workspace_->frontmostApplication()->localizedName(), Optional(std::string("Unheard-of")));
+    EXPECT_EQ(workspace_->frontmostApplication()->processIdentifier(), -1);
+
+    QRasterWindow ours;
+    ours.show();
+    EXPECT_TRUE(awaits([&] { return front() == ours.winId(); }));
+    EXPECT_EQ(workspace_->frontmostApplication()->bundleIdentifier(), bundle_.bundleIdentifier());
+    EXPECT_EQ(workspace_->frontmostApplication()->processIdentifier(), getpid());
+    EXPECT_THAT(noticed_, ElementsAre(editor.id(), unknown.id(), ours.winId()));
+}
+
+TEST_F(X11WorkspaceTest, TellsApplicationsFromTheFurnitureOfTheDesktop) {
+    const auto dialog = "_NET_WM_WINDOW_TYPE_DIALOG";
+    const auto skip = "_NET_WM_STATE_SKIP_TASKBAR";
+    const auto strange = "_STRANGE_WINDOW_TYPE";
+    struct Case {
+        WindowSpec spec;
+        ActivationPolicy policy;
+    };
+    start();
+    for (const auto& each :
+         std::vector<Case>{{{}, ActivationPolicy::regular},
+                           {{.types = {dialog}}, ActivationPolicy::regular},
+                           {{.types = {"_NET_WM_WINDOW_TYPE_UTILITY"}}, ActivationPolicy::regular},
+                           {{.types = {strange, "_NET_WM_WINDOW_TYPE_DOCK"}}, ActivationPolicy::accessory},
+                           {{.types = {strange}}, ActivationPolicy::regular},
+                           {{.types = {"_NET_WM_WINDOW_TYPE_DESKTOP"}}, ActivationPolicy::accessory},
+                           {{.types = {"_NET_WM_WINDOW_TYPE_SPLASH"}}, ActivationPolicy::accessory},
+                           {{.states = {skip}}, ActivationPolicy::accessory},
+                           {{.types = {dialog}, .states = {skip}, .transientFor = 1}, ActivationPolicy::regular},
+                           {{.isOverrideRedirect = true}, ActivationPolicy::accessory}}) {
+        OtherWindow window(each.spec);
+        window.show();
+        window.focus();  // without a window manager the focus decides
+        ASSERT_EQ(front(), window.id());
+        EXPECT_EQ(workspace_->frontmostApplication()->activationPolicy(), each.policy)
+            << testing::PrintToString(each.spec.types) << testing::PrintToString(each.spec.states);
+    }
+}
+
+TEST_F(X11WorkspaceTest, AnApplicationEndsWithItsWindow) {
+    const WindowManager manager;
+    start();
+    auto window = std::make_unique<OtherWindow>(WindowSpec{.process = getpid() + 1});
+    bringUp(*window);
+    const auto application = workspace_->frontmostApplication();
+    window->hide();
+    EXPECT_TRUE(awaits([&] { return !workspace_->frontmostApplication(); }));
+    EXPECT_FALSE(application->isTerminated());
+    window.reset();  // as when the process is killed
+    EXPECT_TRUE(awaits([&] { return application->isTerminated(); }));
+    EXPECT_FALSE(application->activate());
+}
+
+TEST_F(X11WorkspaceTest, TheLastAnswerStandsForTheSettlingTime) {
+    const WindowManager manager;
+    start();
+    OtherWindow window;
+    bringUp(window);
+    QElapsedTimer clock;
+    clock.start();
+    window.hide();
+    EXPECT_TRUE(awaits([&] { return !workspace_->frontmostApplication(); }));
+    EXPECT_GE(clock.elapsed(), Workspace::settlingTime * 1000);
+}
+
+TEST_F(X11WorkspaceTest, ActivatesTheVeryWindowAmongThreeOfOneApplication) {
+    const WindowManager manager;
+    start();
+    std::vector<std::unique_ptr<OtherWindow>> windows;
+    std::vector<RunningApplicationHandle> handles;
+    for (int i = 0; i < 3; ++i) {
+        windows.push_back(std::make_unique<OtherWindow>(WindowSpec{.windowClass = "editor", .process = 4711}));
+        bringUp(*windows.back());
+        handles.push_back(workspace_->frontmostApplication());
+    }
+    QElapsedTimer clock;
+    qint64 slowest = 0;
+    for (int round = 0; round < 30; ++round) {
+        const auto wanted = static_cast<std::size_t>(round % 3);
+        noticed_.clear();
+        clock.start();
+        EXPECT_TRUE(handles[wanted]->activate());
+        EXPECT_EQ(workspace_->frontmostApplication()->bundleIdentifier(), bundle_.bundleIdentifier());
+        EXPECT_TRUE(awaits([&] {
+            return workspace_->frontmostApplication()->bundleIdentifier() == handles[wanted]->bundleIdentifier();
+        }));
+        slowest = std::max(slowest, clock.elapsed());
+        EXPECT_EQ(front(), windows[wanted]->id());
+        EXPECT_TRUE(windows[wanted]->hasFocus());
+        EXPECT_THAT(noticed_, ElementsAre(windows[wanted]->id()));
+    }
+    std::printf("activation: slowest %lld ms\n", static_cast<long long>(slowest));
+}
+
+TEST_F(X11WorkspaceTest, AWindowThatIsNotTheWantedOneShowsOnlyWhenTheActivationHasFailed) {
+    auto manager = std::make_unique<WindowManager>();
+    start();
+    OtherWindow wanted({.windowClass = "editor", .process = 4711});
+    OtherWindow sibling({.windowClass = "editor", .process = 4711});
+    OtherWindow stranger({.windowClass = "stranger", .process = 4712});
+    bringUp(wanted);
+    const auto handle = workspace_->frontmostApplication();
+    bringUp(stranger);
+    noticed_.clear();
+    // A window manager that brings the wrong window up.
+    xcb_unmap_window(wanted.connection().get(), wanted.id());
+    keysDown(wanted.connection());
+    QElapsedTimer clock;
+    clock.start();
+    EXPECT_TRUE(handle->activate());
+    EXPECT_EQ(front(), stranger.id());
+    sibling.show();
+    EXPECT_TRUE(awaits([&] { return sibling.hasFocus(); }));
+    EXPECT_TRUE(awaits([&] { return front() == XCB_WINDOW_NONE; }));
+    EXPECT_EQ(workspace_->frontmostApplication()->processIdentifier(), getpid());
+    EXPECT_THAT(noticed_, testing::IsEmpty());
+    EXPECT_TRUE(awaits([&] { return front() == sibling.id(); }));
+    EXPECT_GE(clock.elapsed(), X11Workspace::activationTime * 1000);
+    EXPECT_THAT(noticed_, ElementsAre(sibling.id()));
+}
+
+TEST_F(X11WorkspaceTest, ADialogOfTheWantedWindowIsAsGood) {
+    const WindowManager manager;
+    start();
+    OtherWindow owner({.windowClass = "editor", .process = 4711});
+    OtherWindow stranger({.windowClass = "stranger", .process = 4712});
+    bringUp(owner);
+    const auto handle = workspace_->frontmostApplication();
+    bringUp(stranger);
+    xcb_unmap_window(owner.connection().get(), owner.id());
+    keysDown(owner.connection());
+    EXPECT_TRUE(handle->activate());
+    OtherWindow dialog({.windowClass = "editor", .process = 4711, .transientFor = owner.id()});
+    bringUp(dialog);
+}
+
+TEST_F(X11WorkspaceTest, DoesWithoutAWindowManagerAndNoticesOne) {
+    start();
+    OtherWindow first({.windowClass = "editor"});
+    OtherWindow second;
+    first.show();
+    second.show();
+    first.focus();
+    EXPECT_EQ(front(), first.id());
+    const auto handle = workspace_->frontmostApplication();
+    second.focus();
+    EXPECT_EQ(front(), second.id());
+    EXPECT_TRUE(handle->activate());
+    EXPECT_EQ(front(), first.id());
+    first.hide();
+    EXPECT_FALSE(handle->activate());
+    OtherWindow third;
+    {
+        WindowManager manager;
+        bringUp(third);
+        EXPECT_THAT(noticed_, testing::Contains(third.id()));
+    }
+    EXPECT_TRUE(awaits([&] {
+        second.focus();
+        return front() == second.id();
+    }));
+}
+
+TEST_F(X11WorkspaceTest, OpensOnlyAddresses) {
+    start();
+    for (const char* address : {"", "no scheme", "mailto:a b", "http://[", "-flag", "/path", "http://ex%ample/"})
+        EXPECT_FALSE(workspace_->openUrl(address)) << address;
+}
+
+}  // namespace
+}  // namespace brindle::x11test
