@@ -14,7 +14,7 @@ TEST(X11AccessibilityTrust, IsWhetherTheServerTakesSyntheticKeys) {
 
     QProcess server;
     server.start("sh", {"-c", "exec Xvfb -displayfd 1 -nolisten tcp -extension XTEST 2>/dev/null"});
-    ASSERT_TRUE(awaits([&] { return server.bytesAvailable() > 0 || server.waitForReadyRead(1); }));
+    ASSERT_TRUE(await([&] { return server.bytesAvailable() > 0 || server.waitForReadyRead(1); }));
     const QByteArray display = qgetenv("DISPLAY");
     qputenv("DISPLAY", ":" + server.readLine().trimmed());
     const auto without = X11Connection::open();

@@ -72,7 +72,7 @@ protected:
     /// The chord's keys as the target saw them since the last look.
     std::vector<OtherWindow::Key> seen(xcb_keycode_t key = keyV) {
         keysDown(target_.connection());
-        EXPECT_TRUE(awaits([&] { return !target_.presses(key).empty(); }));
+        EXPECT_TRUE(await([&] { return !target_.presses(key).empty(); }));
         auto found = target_.presses(key);
         target_.forgetKeys();
         return found;
@@ -100,7 +100,7 @@ TEST_F(X11KeyTest, HotKeyFiresOncePerPressWhateverTheLocks) {
             hands_.tap(lockKey);
         hands_.chord({keySuperLeft, keyShiftRight, keyV});
         ++expected;
-        EXPECT_TRUE(awaits([&] { return fired == expected; }));
+        EXPECT_TRUE(await([&] { return fired == expected; }));
         if (lockKey != 0)
             hands_.tap(lockKey);
     }
@@ -124,11 +124,11 @@ TEST_F(X11KeyTest, HeldHotKeyFiresOnceAndTypesNothing) {
     hands_.press(keySuperLeft);
     hands_.press(keyShiftLeft);
     hands_.press(keyV);
-    EXPECT_TRUE(awaits([&] { return repeats > 5; }));
+    EXPECT_TRUE(await([&] { return repeats > 5; }));
     hands_.release(keyShiftLeft);
     hands_.release(keySuperLeft);
     const int before = repeats;
-    EXPECT_TRUE(awaits([&] { return repeats > before + 3; }));
+    EXPECT_TRUE(await([&] { return repeats > before + 3; }));
     hands_.release(keyV);
     EXPECT_EQ(fired, 1);
     hands_.tap(keyA);
@@ -164,7 +164,7 @@ TEST_F(X11KeyTest, TapTakesTheCombinationWithAnyOtherModifierAndItsRepeats) {
         std::vector<xcb_keycode_t> keys = others;
         keys.insert(keys.end(), {keyControlRight, keySuperLeft, keyV});
         hands_.chord(keys);
-        EXPECT_TRUE(awaits([&] { return flags.size() == 1; })) << flags.size();
+        EXPECT_TRUE(await([&] { return flags.size() == 1; })) << flags.size();
         EXPECT_EQ(flags.front(), cycling.flags);
         for (const auto lockKey : {keyNumLock, keyCapsLock}) {
             if (others == std::vector{lockKey})
@@ -174,14 +174,14 @@ TEST_F(X11KeyTest, TapTakesTheCombinationWithAnyOtherModifierAndItsRepeats) {
     flags.clear();
     for (const auto key : {keyControlLeft, keySuperLeft, keyV})
         hands_.press(key);
-    EXPECT_TRUE(awaits([&] { return flags.size() > 5; }));
+    EXPECT_TRUE(await([&] { return flags.size() > 5; }));
     for (const auto key : {keyV, keySuperLeft, keyControlLeft})
         hands_.release(key);
     EXPECT_TRUE(target_.presses(keyV).empty());
 
     hands_.chord({keySuperLeft, keyV});
     hands_.chord({keyControlLeft, keyV});
-    EXPECT_TRUE(awaits([&] { return target_.presses(keyV).size() == 2; }));
+    EXPECT_TRUE(await([&] { return target_.presses(keyV).size() == 2; }));
 }
 
 TEST_F(X11KeyTest, TapNeedsOnlyTheBareCombination) {
@@ -216,10 +216,10 @@ TEST_F(X11KeyTest, LayoutsMoveTheKey) {
         SCOPED_TRACE(each.layout);
         setLayout(each.layout);
         EXPECT_TRUE(
-            awaits([&] { return keyboard_.vKey() == each.key && !Rival().canGrab(control | superMask, each.key); }));
+            await([&] { return keyboard_.vKey() == each.key && !Rival().canGrab(control | superMask, each.key); }));
         tapped = 0;
         hands_.chord({keyControlLeft, keySuperLeft, each.key});
-        EXPECT_TRUE(awaits([&] { return tapped == 1; }));
+        EXPECT_TRUE(await([&] { return tapped == 1; }));
         target_.forgetKeys();
         paste();
         EXPECT_THAT(seen(each.key), ElementsAre(OtherWindow::Key{true, each.key, control}));
@@ -257,7 +257,7 @@ TEST_F(X11KeyTest, PastesOnceWhateverFingersHold) {
         }
         for (const auto key : each.held)
             hands_.release(key);
-        EXPECT_TRUE(awaits([&] { return X11KeyStates::read(*connection_).synthetic.none(); }));
+        EXPECT_TRUE(await([&] { return X11KeyStates::read(*connection_).synthetic.none(); }));
         EXPECT_EQ(keysDown(*connection_).count(), 0U);
         if (each.locks != 0)
             hands_.tap(keyCapsLock);
@@ -282,12 +282,12 @@ TEST_F(X11KeyTest, CyclingWhileTheModifiersStayDownPastesOnceForEachPress) {
         // Let go before the paste, or kept down until after it.
         if (i % 2 == 0)
             hands_.release(keyV);
-        ASSERT_TRUE(awaits([&] { return target_.presses(keyV).size() == static_cast<std::size_t>(i); }));
+        ASSERT_TRUE(await([&] { return target_.presses(keyV).size() == static_cast<std::size_t>(i); }));
         hands_.release(keyV);
     }
     for (const auto key : {keySuperLeft, keyControlLeft})
         hands_.release(key);
-    EXPECT_TRUE(awaits([&] { return X11KeyStates::read(*connection_).synthetic.none(); }));
+    EXPECT_TRUE(await([&] { return X11KeyStates::read(*connection_).synthetic.none(); }));
     EXPECT_EQ(keysDown(*connection_).count(), 0U);
     EXPECT_EQ(tapped, 100);
     EXPECT_EQ(target_.presses(keyV), std::vector(100, OtherWindow::Key{true, keyV, control}));
@@ -300,7 +300,7 @@ TEST_F(X11KeyTest, ChordIsTheOneThatTheApplicationTakes) {
         window.focus();
         paste();
         keysDown(window.connection());
-        EXPECT_TRUE(awaits([&] { return !window.keys().empty() && !window.keys().back().isPress; }));
+        EXPECT_TRUE(await([&] { return !window.keys().empty() && !window.keys().back().isPress; }));
         return window.keys();
     };
     EXPECT_THAT(pasteInto("Xfce4-terminal"), testing::Contains(OtherWindow::Key{true, keyV, control | shift}));
@@ -308,7 +308,7 @@ TEST_F(X11KeyTest, ChordIsTheOneThatTheApplicationTakes) {
     EXPECT_THAT(pasteInto("XTerm"), testing::Contains(OtherWindow::Key{true, 118, shift}));
     EXPECT_EQ(lent_, 1);
     EXPECT_EQ(givenBack_, 0);
-    EXPECT_TRUE(awaits([&] { return givenBack_ == 1; }));
+    EXPECT_TRUE(await([&] { return givenBack_ == 1; }));
 }
 
 TEST_F(X11KeyTest, QuittingLeavesNoKeyDown) {

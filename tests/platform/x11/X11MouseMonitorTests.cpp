@@ -32,12 +32,12 @@ protected:
     void press(Point place, std::uint8_t button = 1) {
         hands_.moveTo(static_cast<int>(place.x), static_cast<int>(place.y));
         hands_.pressButton(button);
-        awaits([n = 0]() mutable { return ++n > 2; });  // the place is asked for when the event is read
+        await([n = 0]() mutable { return ++n > 2; });  // the place is asked for when the event is read
     }
     void release(Point place, std::uint8_t button = 1) {
         hands_.moveTo(static_cast<int>(place.x), static_cast<int>(place.y));
         hands_.releaseButton(button);
-        awaits([n = 0]() mutable { return ++n > 2; });
+        await([n = 0]() mutable { return ++n > 2; });
     }
     void click(Point place, std::uint8_t button = 1) {
         press(place, button);
@@ -46,7 +46,7 @@ protected:
     /// The clicks heard up to now.
     std::vector<Point> heard() {
         click(last);
-        EXPECT_TRUE(awaits([&] { return !places_.empty() && places_.back() == last; }));
+        EXPECT_TRUE(await([&] { return !places_.empty() && places_.back() == last; }));
         places_.pop_back();
         return std::exchange(places_, {});
     }
@@ -81,7 +81,7 @@ TEST_F(X11MouseMonitorTest, LeavesOutWhatIsNotAClickElsewhere) {
     ours.setFlag(Qt::BypassWindowManagerHint);
     ours.setGeometry(700, 100, 100, 100);
     ours.show();
-    EXPECT_TRUE(awaits([&] { return ours.isExposed(); }));
+    EXPECT_TRUE(await([&] { return ours.isExposed(); }));
     icon_ = Point{455, 155};
     click(onOurs);
     click(*icon_);
@@ -99,7 +99,7 @@ TEST_F(X11MouseMonitorTest, HoldsAClickOnTheTrayBackUntilTheStatusItemHasHadItsS
     QElapsedTimer clock;
     clock.start();
     click(onDock);
-    EXPECT_TRUE(awaits([&] { return !places_.empty(); }));
+    EXPECT_TRUE(await([&] { return !places_.empty(); }));
     EXPECT_GE(clock.elapsed(), MouseMonitor::statusClickGrace * 1000);
     EXPECT_THAT(std::exchange(places_, {}), ElementsAre(onDock));
 
@@ -109,7 +109,7 @@ TEST_F(X11MouseMonitorTest, HoldsAClickOnTheTrayBackUntilTheStatusItemHasHadItsS
     monitor_.claimClick();
     release(onDock);
     clock.restart();
-    EXPECT_TRUE(awaits([&] { return clock.hasExpired(static_cast<qint64>(MouseMonitor::statusClickGrace * 1500)); }));
+    EXPECT_TRUE(await([&] { return clock.hasExpired(static_cast<qint64>(MouseMonitor::statusClickGrace * 1500)); }));
     EXPECT_THAT(places_, IsEmpty());
 }
 

@@ -4,10 +4,7 @@
 #include <xcb/xinput.h>
 #include <xcb/xtest.h>
 
-#include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QFile>
-#include <QTimer>
 
 #include "platform/x11/X11KeyStates.h"
 #include "platform/x11/X11Windows.h"
@@ -34,14 +31,6 @@ std::uint8_t physicalKeyboard(xcb_connection_t* server) {
 }
 
 }  // namespace
-
-bool awaits(const std::function<bool()>& condition) {
-    QTimer tick;
-    tick.start(2);
-    for (const QDeadlineTimer limit(5000); !condition() && !limit.hasExpired();)
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    return condition();
-}
 
 Hands::Hands() : connection_(X11Connection::open()), keyboard_(physicalKeyboard(connection_->get())) {}
 
@@ -132,13 +121,13 @@ void OtherWindow::note(const xcb_generic_event_t& event, bool isPress) {
 void OtherWindow::show() {
     xcb_map_window(connection_->get(), window_);
     connection_->flush();
-    EXPECT_TRUE(awaits([this] { return isMapped_; }));
+    EXPECT_TRUE(await([this] { return isMapped_; }));
 }
 
 void OtherWindow::hide() {
     xcb_unmap_window(connection_->get(), window_);
     connection_->flush();
-    EXPECT_TRUE(awaits([this] { return !isMapped_; }));
+    EXPECT_TRUE(await([this] { return !isMapped_; }));
 }
 
 void OtherWindow::destroy() {
@@ -174,7 +163,7 @@ WindowManager::WindowManager() {
     // It announces itself before it looks for windows to manage, and misses those that come in between.
     const QString ready = folder_.filePath("ready");
     process_.start("openbox", {"--sm-disable", "--config-file", config.fileName(), "--startup", "touch " + ready});
-    EXPECT_TRUE(awaits([&] { return QFile::exists(ready); }));
+    EXPECT_TRUE(await([&] { return QFile::exists(ready); }));
 }
 
 WindowManager::~WindowManager() {

@@ -2,7 +2,6 @@
 
 #include <QProcess>
 #include <QTemporaryDir>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -10,6 +9,7 @@
 
 #include "platform/x11/X11Connection.h"
 #include "platform/x11/X11Keyboard.h"
+#include "platform/x11/X11TestPeer.h"
 
 namespace brindle::x11test {
 
@@ -24,9 +24,6 @@ constexpr xcb_keycode_t keyAltLeft = 64;
 constexpr xcb_keycode_t keySuperLeft = 133;
 constexpr xcb_keycode_t keyCapsLock = 66;
 constexpr xcb_keycode_t keyNumLock = 77;
-
-/// Runs the main loop until the condition holds; false when it does not within five seconds.
-bool awaits(const std::function<bool()>& condition);
 
 /// The hands of a user: a keyboard and a mouse of the server that are not those of XTEST. Held keys repeat.
 class Hands {

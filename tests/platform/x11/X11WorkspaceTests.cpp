@@ -53,7 +53,7 @@ protected:
     }
     void bringUp(OtherWindow& window) {
         window.show();
-        EXPECT_TRUE(awaits([&] { return front() == window.id(); }));
+        EXPECT_TRUE(await([&] { return front() == window.id(); }));
     }
 
     QTemporaryDir data_;
@@ -87,7 +87,7 @@ TEST_F(X11WorkspaceTest, TellsWhoIsInFront) {
 
     QRasterWindow ours;
     ours.show();
-    EXPECT_TRUE(awaits([&] { return front() == ours.winId(); }));
+    EXPECT_TRUE(await([&] { return front() == ours.winId(); }));
     EXPECT_EQ(workspace_->frontmostApplication()->bundleIdentifier(), bundle_.bundleIdentifier());
     EXPECT_EQ(workspace_->frontmostApplication()->processIdentifier(), getpid());
     EXPECT_THAT(noticed_, ElementsAre(editor.id(), unknown.id(), ours.winId()));
@@ -129,10 +129,10 @@ TEST_F(X11WorkspaceTest, AnApplicationEndsWithItsWindow) {
     bringUp(*window);
     const auto application = workspace_->frontmostApplication();
     window->hide();
-    EXPECT_TRUE(awaits([&] { return !workspace_->frontmostApplication(); }));
+    EXPECT_TRUE(await([&] { return !workspace_->frontmostApplication(); }));
     EXPECT_FALSE(application->isTerminated());
     window.reset();  // as when the process is killed
-    EXPECT_TRUE(awaits([&] { return application->isTerminated(); }));
+    EXPECT_TRUE(await([&] { return application->isTerminated(); }));
     EXPECT_FALSE(application->activate());
 }
 
@@ -144,7 +144,7 @@ TEST_F(X11WorkspaceTest, TheLastAnswerStandsForTheSettlingTime) {
     QElapsedTimer clock;
     clock.start();
     window.hide();
-    EXPECT_TRUE(awaits([&] { return !workspace_->frontmostApplication(); }));
+    EXPECT_TRUE(await([&] { return !workspace_->frontmostApplication(); }));
     EXPECT_GE(clock.elapsed(), Workspace::settlingTime * 1000);
 }
 
@@ -166,7 +166,7 @@ TEST_F(X11WorkspaceTest, ActivatesTheVeryWindowAmongThreeOfOneApplication) {
         clock.start();
         EXPECT_TRUE(handles[wanted]->activate());
         EXPECT_EQ(workspace_->frontmostApplication()->bundleIdentifier(), bundle_.bundleIdentifier());
-        EXPECT_TRUE(awaits([&] {
+        EXPECT_TRUE(await([&] {
             return workspace_->frontmostApplication()->bundleIdentifier() == handles[wanted]->bundleIdentifier();
         }));
         slowest = std::max(slowest, clock.elapsed());
@@ -195,11 +195,11 @@ TEST_F(X11WorkspaceTest, AWindowThatIsNotTheWantedOneShowsOnlyWhenTheActivationH
     EXPECT_TRUE(handle->activate());
     EXPECT_EQ(front(), stranger.id());
     sibling.show();
-    EXPECT_TRUE(awaits([&] { return sibling.hasFocus(); }));
-    EXPECT_TRUE(awaits([&] { return front() == XCB_WINDOW_NONE; }));
+    EXPECT_TRUE(await([&] { return sibling.hasFocus(); }));
+    EXPECT_TRUE(await([&] { return front() == XCB_WINDOW_NONE; }));
     EXPECT_EQ(workspace_->frontmostApplication()->processIdentifier(), getpid());
     EXPECT_THAT(noticed_, testing::IsEmpty());
-    EXPECT_TRUE(awaits([&] { return front() == sibling.id(); }));
+    EXPECT_TRUE(await([&] { return front() == sibling.id(); }));
     EXPECT_GE(clock.elapsed(), X11Workspace::activationTime * 1000);
     EXPECT_THAT(noticed_, ElementsAre(sibling.id()));
 }
@@ -240,7 +240,7 @@ TEST_F(X11WorkspaceTest, DoesWithoutAWindowManagerAndNoticesOne) {
         bringUp(third);
         EXPECT_THAT(noticed_, testing::Contains(third.id()));
     }
-    EXPECT_TRUE(awaits([&] {
+    EXPECT_TRUE(await([&] {
         second.focus();
         return front() == second.id();
     }));
