@@ -74,6 +74,8 @@ public:
         int width = contents.width() + 2 * itemPadding;
         if (item->menuItemType == QStyleOptionMenuItem::SubMenu)
             width += columnGap + arrowWidth;
+        else if (item->text.contains(QLatin1Char('\t')))
+            width += columnGap;
         return {std::max(width, smallestItemWidth), itemHeight};
     }
 
