@@ -182,12 +182,12 @@ class Desktop:
     def store_path(self):
         return self.home / ".local/share/brindle/defaults.sqlite3"
 
-    def seed_history(self, contents):
+    def seed_history(self, contents, limit=50):
         """A store as a Brindle that ran before would have left it, the newest text first."""
         self.store_path.parent.mkdir(mode=0o700, parents=True)
         history = [{"id": str(uuid.uuid4()).upper(), "content": content, "type": "text",
                     "date": 700000000 - index * 60, "isPinned": False} for index, content in enumerate(contents)]
-        write_store(self.store_path, json.dumps(history).encode())
+        write_store(self.store_path, BrindleHistory=json.dumps(history).encode(), maxClipboardItems=limit)
 
     # Waiting, and what is kept of a failure
 
@@ -249,10 +249,10 @@ class Desktop:
                               stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, timeout=60).stdout
 
 
-def write_store(path, history):
+def write_store(path, **values):
     store = sqlite3.connect(path)
     store.execute("CREATE TABLE defaults (key TEXT PRIMARY KEY NOT NULL, value ANY NOT NULL) STRICT, WITHOUT ROWID")
-    store.execute("INSERT INTO defaults VALUES ('BrindleHistory', ?)", [history])
+    store.executemany("INSERT INTO defaults VALUES (?, ?)", values.items())
     store.commit()
     store.close()
 

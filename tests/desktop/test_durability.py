@@ -1,4 +1,5 @@
 """Nothing captured is lost, no broken store is a crash, and there is one Brindle at a time."""
+import functools
 import os
 import shutil
 import stat
@@ -9,16 +10,17 @@ from desktop import write_store
 
 
 ENTRY = '{"id":"8D9BC8A2-7B6C-4E9B-9C55-0E0C5D1D7F10","content":"%s","type":"text","date":%s,"isPinned":false%s}'
-BROKEN = {
-    "not JSON": lambda path: write_store(path, b"[{"),
-    "a text, not data": lambda path: write_store(path, "[]"),
-    "a number": lambda path: write_store(path, 7),
-    "not UTF-8": lambda path: write_store(path, b'["\xff\xfe"]'),
-    "too deep": lambda path: write_store(path, b"[" * 1_000_000),
-    "deep in an unknown key": lambda path: write_store(
-        path, ("[" + ENTRY % ("a", 1, ',"more":' + "[" * 500_000) + "]").encode()),
-    "a huge number": lambda path: write_store(path, ("[" + ENTRY % ("a", "1e999", "") + "]").encode()),
-    "an unknown type": lambda path: write_store(path, ("[" + ENTRY % ("a", 1, "") + "]").replace("text\",", "sound\",").encode()),
+BROKEN_HISTORIES = {
+    "not JSON": b"[{",
+    "a text, not data": "[]",
+    "a number": 7,
+    "not UTF-8": b'["\xff\xfe"]',
+    "too deep": b"[" * 1_000_000,
+    "deep in an unknown key": ("[" + ENTRY % ("a", 1, ',"more":' + "[" * 500_000) + "]").encode(),
+    "a huge number": ("[" + ENTRY % ("a", "1e999", "") + "]").encode(),
+    "an unknown type": ("[" + ENTRY % ("a", 1, "") + "]").replace('"text"', '"sound"').encode(),
+}
+BROKEN_FILES = {
     "not a database": lambda path: path.write_bytes(b"this is no database at all" * 100),
     "a cut database": lambda path: path.write_bytes(b"SQLite format 3\0" + bytes(50)),
     "a folder": lambda path: path.mkdir(),
@@ -45,7 +47,9 @@ class DurabilityTest(DesktopTest):
 
     def test_a_broken_store_starts_empty(self):
         desktop = self.desktop()
-        for name, breaks in BROKEN.items():
+        breakages = BROKEN_FILES | {name: functools.partial(write_store, BrindleHistory=history)
+                                    for name, history in BROKEN_HISTORIES.items()}
+        for name, breaks in breakages.items():
             with self.subTest(name):
                 shutil.rmtree(desktop.store_path.parent, ignore_errors=True)
                 desktop.store_path.parent.mkdir()
