@@ -48,6 +48,8 @@ class Editor:
         before = set(self.x.windows(window_class))
         self.process = desktop.run(*command, str(self.path))
         self.window = desktop.wait_for(lambda: self._new_window(window_class, before), 30, f"window of {program}")
+        if self.process.poll() is None:  # else it was handed to a first instance
+            desktop.await_idle(self.process)
         if program == "chromium":  # its window comes before its page
             desktop.wait_for(lambda: self.x.title(self.window).startswith("page:"), 30, "page in the browser")
         self.activate()
@@ -120,12 +122,11 @@ class Brindle:
                 self._lines_changed.notify_all()
 
     def await_ready(self):
-        """The icon is docked, or without a tray the store is there; the hot key comes in the same turn."""
+        """The icon is docked, the popover's window is made, and the launch, whose last step is the hot key, is over."""
         if self.desktop.tray_name:
             self.desktop.wait_for(self.icon, 20, "icon in the tray")
-        else:
-            self.desktop.wait_for(self.desktop.store_path.exists, 20, "store")
-        return self
+        self.desktop.wait_for(lambda: self.x.windows("brindle", seen=False), 20, "window of Brindle")
+        self.desktop.await_idle(self.process)
 
     def await_line(self, text, seconds=10, since=0):
         """The first line that starts so, counted from line number `since`."""
@@ -136,15 +137,14 @@ class Brindle:
     # The store
 
     def history(self):
-        if not self.desktop.store_path.exists():
-            return []
+        """The stored entries, newest first; empty while the store is none that could be read."""
         try:
-            store = sqlite3.connect(f"file:{self.desktop.store_path}?mode=ro", uri=True, timeout=5)
-            row = store.execute("select cast(value as text) from defaults where key = 'BrindleHistory'").fetchone()
-            store.close()
-        except sqlite3.OperationalError:  # the table is not there yet
+            with contextlib.closing(sqlite3.connect(f"file:{self.desktop.store_path}?mode=ro", uri=True)) as store:
+                (value,), = store.execute("select cast(value as text) from defaults where key = 'BrindleHistory'")
+            items = json.loads(value)
+        except (sqlite3.DatabaseError, ValueError, RecursionError):
             return []
-        return json.loads(row[0]) if row else []
+        return items if isinstance(items, list) else []
 
     def contents(self):
         return [item["content"] for item in self.history()]

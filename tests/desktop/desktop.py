@@ -148,9 +148,9 @@ class Desktop:
     def run(self, *command, **options):
         """Starts a program on this desktop. Its output goes to a file of its own unless a pipe is asked for."""
         log = open(self.home / f"{len(self._started):02}-{pathlib.Path(command[0]).name}.log", "wb")
+        options = {"stdin": subprocess.DEVNULL, "stdout": log, **options}
         environment = self.environment | options.pop("environment", {})
-        process = subprocess.Popen(command, env=environment, cwd=self.home, stdin=options.pop("stdin", subprocess.DEVNULL),
-                                   stdout=options.pop("stdout", log), stderr=log, start_new_session=True,
+        process = subprocess.Popen(command, env=environment, cwd=self.home, stderr=log, start_new_session=True,
                                    preexec_fn=_die_with_parent, **options)
         process.log = log.name
         log.close()
@@ -173,6 +173,8 @@ class Desktop:
             if process.poll() is None:
                 process.kill()
                 process.wait()
+            if process.stdout:
+                process.stdout.close()
         _end_orphans()
         shutil.rmtree(self.home, ignore_errors=True)
 
@@ -210,6 +212,13 @@ class Desktop:
                 raise AssertionError(f"did not stay for {seconds} s: {what}\n{self.describe()}")
             time.sleep(0.02)
 
+    def await_idle(self, process):
+        """Until it has finished what it does at its start and waits for its user."""
+        def sleeps():
+            time.sleep(0.02)
+            return pathlib.Path(f"/proc/{process.pid}/stat").read_text().rpartition(")")[2].split()[0] == "S"
+        self.wait_for(lambda: all(sleeps() for _ in range(5)), 20, f"{process.args[0]} is idle")
+
     def describe(self):
         lines = []
         if self.x:
@@ -234,7 +243,10 @@ class Desktop:
         """A copy made by xclip, which says when it owns the clipboard by going into the background."""
         data = text.encode() if isinstance(text, str) else text
         before = self.x.owner("CLIPBOARD")
-        self.run("xclip", "-i", "-quiet", "-selection", "clipboard", "-t", target, stdin=_file_with(data))
+        with tempfile.TemporaryFile() as file:
+            file.write(data)
+            file.seek(0)
+            self.run("xclip", "-i", "-quiet", "-selection", "clipboard", "-t", target, stdin=file)
         self.wait_for(lambda: self.x.owner("CLIPBOARD") not in (0, before), 10, "xclip owns the clipboard")
 
     def own(self, targets, *options):
@@ -252,16 +264,10 @@ class Desktop:
 def write_store(path, **values):
     store = sqlite3.connect(path)
     store.execute("CREATE TABLE defaults (key TEXT PRIMARY KEY NOT NULL, value ANY NOT NULL) STRICT, WITHOUT ROWID")
+    store.execute("PRAGMA user_version = 1")
     store.executemany("INSERT INTO defaults VALUES (?, ?)", values.items())
     store.commit()
     store.close()
-
-
-def _file_with(data):
-    file = tempfile.TemporaryFile()
-    file.write(data)
-    file.seek(0)
-    return file
 
 
 def _die_with_parent():

@@ -31,7 +31,7 @@ def main(arguments):
 
     silent = "--silent" in arguments
     served = {atom(name): bytes.fromhex(value) for name, _, value in
-              (argument.partition("=") for argument in arguments if argument != "--silent")}
+              (argument.rpartition("=") for argument in arguments if argument != "--silent")}
     kinds = (c_long * (len(served) + 1))(atom("TARGETS"), *served)
     window = x.XCreateSimpleWindow(display, c_ulong(x.XDefaultRootWindow(display)), 0, 0, 1, 1, 0, c_ulong(0),
                                    c_ulong(0))

@@ -1,7 +1,6 @@
 """Nothing captured is lost, no broken store is a crash, and there is one Brindle at a time."""
 import functools
 import os
-import shutil
 import stat
 import unittest
 
@@ -21,9 +20,8 @@ BROKEN_HISTORIES = {
     "an unknown type": ("[" + ENTRY % ("a", 1, "") + "]").replace('"text"', '"sound"').encode(),
 }
 BROKEN_FILES = {
-    "not a database": lambda path: path.write_bytes(b"this is no database at all" * 100),
-    "a cut database": lambda path: path.write_bytes(b"SQLite format 3\0" + bytes(50)),
-    "a folder": lambda path: path.mkdir(),
+    "not a database": b"this is no database at all" * 100,
+    "a cut database": b"SQLite format 3\0" + bytes(50),
 }
 
 
@@ -46,20 +44,24 @@ class DurabilityTest(DesktopTest):
         self.assertEqual(modes, {name: 0o700 if name == folder.name else 0o600 for name in modes})
 
     def test_a_broken_store_starts_empty(self):
-        desktop = self.desktop()
-        breakages = BROKEN_FILES | {name: functools.partial(write_store, BrindleHistory=history)
-                                    for name, history in BROKEN_HISTORIES.items()}
+        breakages = {name: functools.partial(write_store, BrindleHistory=history)
+                     for name, history in BROKEN_HISTORIES.items()}
+        breakages |= {name: lambda path, data=data: path.write_bytes(data) for name, data in BROKEN_FILES.items()}
         for name, breaks in breakages.items():
-            with self.subTest(name):
-                shutil.rmtree(desktop.store_path.parent, ignore_errors=True)
-                desktop.store_path.parent.mkdir()
+            with self.subTest(name), self.running(window_manager=None) as desktop:
+                desktop.store_path.parent.mkdir(parents=True)
                 breaks(desktop.store_path)
                 desktop.copy(f"after {name}")
-                brindle = Brindle(desktop)
-                brindle.await_contents([f"after {name}"])
-                brindle.open()
-                brindle.kill()
-                self.assertEqual(brindle.complaints(), [])
+                Brindle(desktop).await_contents([f"after {name}"])
+
+    def test_a_folder_in_the_store_s_place_costs_the_store_only(self):
+        desktop = self.desktop()
+        desktop.store_path.mkdir(parents=True)
+        brindle = Brindle(desktop)
+        brindle.await_line(f"Cannot open {desktop.store_path}: ")
+        desktop.copy("not stored")
+        brindle.open()
+        desktop.wait_for(lambda: brindle.list_length() == 1, 5, "captured all the same")
 
     def test_a_second_start_toggles_the_first_and_ends(self):
         desktop, first = self.start()

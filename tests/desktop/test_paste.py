@@ -55,7 +55,7 @@ class PasteTest(DesktopTest):
     def test_fingers_still_on_modifiers(self):
         desktop, brindle = self.start_with("x")
         editor = Editor(desktop, "mousepad")
-        for count, held in enumerate(("Shift_L", "Control_R", "Super_L", "Alt_L"), 1):
+        for count, held in enumerate(("Shift_L", "Control_R", "Super_L"), 1):
             with self.subTest(held):
                 since = len(brindle.lines)
                 brindle.open()
@@ -65,7 +65,7 @@ class PasteTest(DesktopTest):
                 desktop.x.key(held, False)
                 editor.await_text("x" * count)
         desktop.x.type("typed")
-        editor.await_text("xxxxtyped")
+        editor.await_text("xxxtyped")
 
 
 if __name__ == "__main__":

@@ -74,7 +74,7 @@ class Tour:
                   lambda: [item["isPinned"] for item in brindle.history()] == [False, True, False])
         brindle.press_hot_key()
         self.step("The entry wears its pin", brindle.has_focus)
-        x.click(60, self.desktop.size[1] - 60)
+        x.click(*x.rect(editor.window).centre)
         self.step("A click elsewhere closes the popover", lambda: not brindle.popover())
         brindle.click_icon(button=3)
         self.step("A right click on the tray icon opens the menu", brindle.menu)

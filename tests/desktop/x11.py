@@ -137,10 +137,10 @@ class X11:
                                  byref(child))
         return Rect(x.value, y.value, seen.width, seen.height)
 
-    def windows(self, name):
-        """The windows on the screen with this class or instance, letter case aside, at any depth."""
+    def windows(self, name, seen=True):
+        """The windows with this class or instance, letter case aside, at any depth."""
         return [window for window in self.tree()
-                if name.lower() in map(str.lower, self.wm_class(window)) and self.rect(window)]
+                if name.lower() in map(str.lower, self.wm_class(window)) and (self.rect(window) or not seen)]
 
     def clients(self):
         return self.numbers(self.root, "_NET_CLIENT_LIST")
@@ -213,6 +213,7 @@ class X11:
         self.move(x, y)
         self.button(button, True)
         self.button(button, False)
+        time.sleep(0.05)  # window managers hold a click back while they raise a window; no hand types before that
 
     # The screen
 
