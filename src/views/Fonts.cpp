@@ -6,6 +6,7 @@
 #include <QPainter>
 #include <QRectF>
 #include <array>
+#include <cmath>
 #include <cstddef>
 
 namespace brindle {
@@ -74,8 +75,10 @@ struct Typeface {
 Typeface makeTypeface(const Measure& wanted) {
     const QFont made = makeFont(wanted);
     const QFontMetricsF metrics(made);
-    // Not rounded: whoever paints sets it on a whole pixel of the device.
-    return {made, (wanted.lineHeight - metrics.ascent() - metrics.descent()) / 2 + metrics.ascent()};
+    // On a whole point, so that a line stands alike wherever it begins.
+    const double ascent = std::round(metrics.ascent());
+    const double descent = std::round(metrics.descent());
+    return {made, std::floor((wanted.lineHeight - ascent - descent) / 2) + ascent};
 }
 
 const Typeface& typeface(TextStyle style) {

@@ -19,6 +19,8 @@ namespace {
 
 constexpr int maximumLines = 2;
 constexpr std::size_t previewBytes = 1024;
+/// How far the first word is looked for: nobody waits for megabytes of blanks at each repaint.
+constexpr std::size_t searchedBytes = std::size_t{1} << 20;
 constexpr qsizetype tabCells = 4;
 constexpr QChar ellipsis = u'…';
 constexpr QChar unprintable = u'·';
@@ -28,14 +30,20 @@ struct Preview {
     bool isCut;
 };
 
+/// At most that many bytes of the text, cut between two characters.
+std::string_view beginning(std::string_view text, std::size_t bytes) {
+    if (text.size() <= bytes)
+        return text;
+    while (bytes > 0 && (static_cast<unsigned char>(text[bytes]) & 0xC0) == 0x80)
+        --bytes;
+    return text.substr(0, bytes);
+}
+
 Preview preview(std::string_view content) {
-    const std::string_view trimmed = unicode::trimmed(content);
-    if (trimmed.size() <= previewBytes)
-        return {trimmed, false};
-    std::size_t end = previewBytes;
-    while (end > 0 && (static_cast<unsigned char>(trimmed[end]) & 0xC0) == 0x80)
-        --end;
-    return {trimmed.substr(0, end), true};
+    const std::string_view searched = beginning(content, searchedBytes);
+    const std::string_view trimmed = unicode::trimmed(searched);
+    const std::string_view shown = beginning(trimmed, previewBytes);
+    return {shown, shown.size() < trimmed.size() || searched.size() < content.size()};
 }
 
 bool isLineBreak(char16_t unit) {

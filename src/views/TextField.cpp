@@ -42,7 +42,6 @@ TextField::TextField(Published<std::string>& text, const QString& placeholder, Q
     setPlaceholderText(placeholder);
     setAccessibleName(placeholder);
     setContextMenuPolicy(Qt::NoContextMenu);
-    setAttribute(Qt::WA_MacShowFocusRect, false);
     setColorScheme(ColorScheme::dark);
     connect(this, &QLineEdit::textEdited, this, [this](const QString& edited) { bound_ = toUtf8(edited); });
     connect(this, &QLineEdit::cursorPositionChanged, this, &TextField::restartBlinking);

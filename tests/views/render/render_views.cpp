@@ -1,0 +1,148 @@
+// Renders every view of the popover in both appearances at both scales: brindle_render FOLDER [NAME...]
+
+#include <QApplication>
+#include <QDir>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QWheelEvent>
+#include <functional>
+#include <iostream>
+
+#include "platform/qt/FramelessWindow.h"
+#include "views/ContentView.h"
+#include "views/HistoryView.h"
+#include "views/SymbolButton.h"
+#include "views/TextField.h"
+#include "views/render/DemoHistory.h"
+
+namespace brindle::test {
+
+namespace {
+
+/// One popover to play with.
+struct Stage {
+    explicit Stage(AppTheme theme) {
+        demo.settings.setAppTheme(theme);
+        demo.sim.queue.run();
+        window.setContentSize(ContentView::fixedSize);
+        window.setColorScheme(view.effectiveScheme());
+        window.setContent(view);
+        window.show();
+        QApplication::setActiveWindow(&window);
+    }
+
+    void settle() {
+        demo.sim.queue.run();
+        QApplication::sendPostedEvents();
+    }
+    HistoryView& list() { return *view.findChild<HistoryView*>(); }
+    void hover(std::size_t row) {
+        const QPointF place = list().rowRect(row).center();
+        QMouseEvent move(QEvent::MouseMove, place, list().viewport()->mapToGlobal(place), Qt::NoButton, Qt::NoButton,
+                         Qt::NoModifier);
+        QApplication::sendEvent(list().viewport(), &move);
+    }
+
+    DemoHistory demo;
+    WindowSystem windowSystem;
+    FramelessWindow window{windowSystem};
+    ContentView view{demo.history, demo.monitor, demo.settings};
+};
+
+struct Scene {
+    const char* name;
+    QSize size;
+    std::function<void(Stage&)> play;
+};
+
+QMenu* openMenu() {
+    return qobject_cast<QMenu*>(QApplication::activePopupWidget());
+}
+
+const Scene scenes[] = {
+    {"popover", ContentView::fixedSize, [](Stage&) {}},
+    {"popover-scrolled", ContentView::fixedSize,
+     [](Stage& stage) {
+         QWheelEvent wheel(QPointF(100, 100), QPointF(100, 100), QPoint(0, -2000), QPoint(), Qt::NoButton,
+                           Qt::NoModifier, Qt::NoScrollPhase, false);
+         QApplication::sendEvent(stage.list().viewport(), &wheel);
+         stage.hover(7);
+     }},
+    {"search", ContentView::fixedSize,
+     [](Stage& stage) {
+         stage.view.findChild<TextField*>()->setFocus(Qt::MouseFocusReason);
+         stage.view.state().searchText = "example";
+     }},
+    {"empty", ContentView::fixedSize,
+     [](Stage& stage) {
+         stage.demo.history.createList("Empty");
+         stage.view.state().selectedTab = stage.demo.history.customLists().value().back().id.text();
+     }},
+    {"row-menu",
+     {444, 500},
+     [](Stage& stage) {
+         const QPointF place(168, 95);
+         QMouseEvent press(QEvent::MouseButtonPress, place, stage.list().viewport()->mapToGlobal(place),
+                           Qt::RightButton, Qt::RightButton, Qt::NoModifier);
+         QApplication::sendEvent(stage.list().viewport(), &press);
+         openMenu()->setActiveAction(openMenu()->actions().back());
+     }},
+    {"header-menu", ContentView::fixedSize,
+     [](Stage& stage) {
+         for (SymbolButton* button : stage.view.findChildren<SymbolButton*>())
+             if (button->accessibleName() == "Menu")
+                 button->click();
+         openMenu()->setActiveAction(openMenu()->actions().front());
+     }},
+};
+
+QImage render(const Scene& scene, AppTheme theme, int scale) {
+    QImage image(scene.size * scale, QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(scale);
+    image.fill(Qt::transparent);
+    Stage stage(theme);
+    scene.play(stage);
+    stage.settle();
+    QPainter painter(&image);
+    const QPoint corner = stage.window.contentFrame().topLeft();
+    stage.window.render(&painter, stage.window.pos() - corner, {}, QWidget::DrawChildren);
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        if (auto* menu = qobject_cast<QMenu*>(window); menu && menu->isVisible())
+            menu->render(&painter, menu->pos() - corner);
+    }
+    return image;
+}
+
+}  // namespace
+
+}  // namespace brindle::test
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("TZ", "UTC");
+    qputenv("LC_ALL", "en_GB.UTF-8");
+    const QApplication application(argc, argv);
+    const QStringList arguments = application.arguments();
+    if (arguments.size() < 2) {
+        std::cerr << "usage: brindle_render FOLDER [NAME...]\n";
+        return 2;
+    }
+    const QDir folder(arguments[1]);
+    folder.mkpath(QStringLiteral("."));
+    bool isSaved = true;
+    for (const auto& scene : brindle::test::scenes) {
+        if (arguments.size() > 2 && !arguments.mid(2).contains(QString::fromUtf8(scene.name)))
+            continue;
+        for (const auto theme : {brindle::AppTheme::dark, brindle::AppTheme::light}) {
+            for (const int scale : {1, 2}) {
+                const QString name =
+                    QStringLiteral("%1-%2@%3x.png")
+                        .arg(QString::fromUtf8(scene.name), theme == brindle::AppTheme::dark ? "dark" : "light",
+                             QString::number(scale));
+                isSaved = render(scene, theme, scale).save(folder.filePath(name)) && isSaved;
+            }
+        }
+    }
+    return isSaved ? 0 : 1;
+}
