@@ -75,10 +75,9 @@ struct Typeface {
 Typeface makeTypeface(const Measure& wanted) {
     const QFont made = makeFont(wanted);
     const QFontMetricsF metrics(made);
-    // On a whole point, so that a line stands alike wherever it begins.
-    const double ascent = std::round(metrics.ascent());
-    const double descent = std::round(metrics.descent());
-    return {made, std::floor((wanted.lineHeight - ascent - descent) / 2) + ascent};
+    // On a whole pixel at twice the scale, too.
+    const double exact = (wanted.lineHeight - metrics.ascent() - metrics.descent()) / 2 + metrics.ascent();
+    return {made, std::floor(exact * 2) / 2};
 }
 
 const Typeface& typeface(TextStyle style) {
