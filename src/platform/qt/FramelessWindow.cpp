@@ -189,6 +189,7 @@ void FramelessWindow::paintEvent(QPaintEvent* /*event*/) {
 void FramelessWindow::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
     connect(screen(), &QScreen::availableGeometryChanged, this, &FramelessWindow::keepOnScreen, Qt::UniqueConnection);
+    windowSystem_->keepOffTaskbar(*windowHandle());
     windowSystem_->setInputRectangle(*windowHandle(), contentRect());
 }
 

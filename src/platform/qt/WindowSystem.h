@@ -29,6 +29,8 @@ public:
     /// Gives a shown window the keyboard as if the user had asked for it, also when the toolkit saw no event of the
     /// user that led to it.
     virtual void takeFocus(QWindow& /*window*/) {}
+    /// For a hidden window: its next showing gives it no entry in taskbars and pagers.
+    virtual void keepOffTaskbar(QWindow& /*window*/) {}
     /// Lets clicks outside the rectangle (points, relative to the window) through to what is below.
     virtual void setInputRectangle(QWindow& /*window*/, QRect /*rectangle*/) {}
     /// Whether a mouse button is held, over whatever window.

@@ -31,7 +31,9 @@ X11WindowSystem::X11WindowSystem(std::unique_ptr<X11Connection> connection)
     : connection_(std::move(connection)),
       clock_(xcb_generate_id(connection_->get())),
       userTime_(connection_->atom("_NET_WM_USER_TIME")),
-      activeWindow_(connection_->atom("_NET_ACTIVE_WINDOW")) {
+      activeWindow_(connection_->atom("_NET_ACTIVE_WINDOW")),
+      windowState_(connection_->atom("_NET_WM_STATE")),
+      offTaskbar_{connection_->atom("_NET_WM_STATE_SKIP_TASKBAR"), connection_->atom("_NET_WM_STATE_SKIP_PAGER")} {
     const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
     xcb_create_window(connection_->get(), 0, clock_, connection_->root(), -1, -1, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
                       XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &mask);
@@ -69,6 +71,13 @@ void X11WindowSystem::takeFocus(QWindow& window) {
     // hours: an empty change of a property comes back with the server's time of now.
     xcb_change_property(connection_->get(), XCB_PROP_MODE_APPEND, clock_, userTime_, XCB_ATOM_CARDINAL, 32, 0, nullptr);
     connection_->flush();
+}
+
+void X11WindowSystem::keepOffTaskbar(QWindow& window) {
+    // Some taskbars list tool windows too. The window manager clears the states when a window leaves the screen; the
+    // toolkit adds its own to these before the next mapping.
+    xcb_change_property(toolkitConnection(), XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(window.winId()),
+                        windowState_, XCB_ATOM_ATOM, 32, offTaskbar_.size(), offTaskbar_.data());
 }
 
 void X11WindowSystem::setInputRectangle(QWindow& window, QRect rectangle) {

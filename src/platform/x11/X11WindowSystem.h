@@ -2,6 +2,7 @@
 
 #include <QPointer>
 #include <QWindow>
+#include <array>
 #include <memory>
 
 #include "platform/qt/WindowSystem.h"
@@ -21,6 +22,7 @@ public:
     [[nodiscard]] bool hasEmbeddingTray() const override { return tray_.hasOwner; }
     [[nodiscard]] Subscription onEmbeddingTrayChange(std::function<void()> observer) override;
     void takeFocus(QWindow& window) override;
+    void keepOffTaskbar(QWindow& window) override;
     void setInputRectangle(QWindow& window, QRect rectangle) override;
     [[nodiscard]] bool isMouseButtonDown() const override;
 
@@ -43,6 +45,8 @@ private:
     // Made beforehand: a round trip while the window manager holds the server would cost the opening tens of ms.
     xcb_atom_t userTime_;
     xcb_atom_t activeWindow_;
+    xcb_atom_t windowState_;
+    std::array<xcb_atom_t, 2> offTaskbar_;
     QPointer<QWindow> wantsFocus_;
     Subscription selectionNotices_;
     Subscription propertyNotices_;
