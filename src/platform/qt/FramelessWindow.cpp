@@ -210,8 +210,9 @@ void FramelessWindow::followCompositing() {
 
 void FramelessWindow::keepOnScreen() {
     const QRect frame = contentFrame();
-    if (const QRect kept = frameOnScreen(frame, screen()->availableGeometry()); kept != frame)
-        moveContentTo(kept.topLeft());
+    const QRect available = screen()->availableGeometry();
+    if (isVisible() && !available.contains(frame))
+        moveContentTo(frameOnScreen(frame, available).topLeft());
 }
 
 void FramelessWindow::layOut(QPoint contentTopLeft) {

@@ -24,7 +24,10 @@ QRect frameBesideAnchor(QRect anchor, QSize size, QRect available) {
     const bool isRoomBelow = below + size.height() <= availableEnd - edgeGap;
     const bool isRoomAbove = above >= available.y() + edgeGap;
     const int x = anchor.x() + (anchor.width() - size.width()) / 2;
-    return frameOnScreen({QPoint(x, isRoomBelow || !isRoomAbove ? below : above), size}, available);
+    const QRect inside = frameOnScreen({QPoint(x, below), size}, available);
+    if (!isRoomBelow && !isRoomAbove)
+        return inside;
+    return {QPoint(inside.x(), isRoomBelow ? below : above), size};
 }
 
 QRect frameOnScreen(QRect frame, QRect available) {

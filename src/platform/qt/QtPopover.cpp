@@ -33,7 +33,8 @@ QtPopover::QtPopover(WindowSystem& windowSystem) : window_(windowSystem) {
     focusLoss_.setInterval(static_cast<int>(std::lround(MouseMonitor::statusClickGrace * 1000)));
     focusLoss_.setSingleShot(true);
     focusLoss_.callOnTimeout([this] { closeUnlessFocused(); });
-    QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, &window_, [this] { followFocus(); });
+    QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, &window_,
+                     [this](QWindow* focused) { followFocus(focused); });
 }
 
 void QtPopover::setContentSize(Size points) {
@@ -82,8 +83,8 @@ void QtPopover::makeKeyWindow() {
     window_.takeFocus();
 }
 
-void QtPopover::followFocus() {
-    if (QGuiApplication::focusWindow() != nullptr)
+void QtPopover::followFocus(const QWindow* focused) {
+    if (focused != nullptr)
         focusLoss_.stop();
     else if (isShown() && isTransient_)
         focusLoss_.start();
@@ -91,7 +92,7 @@ void QtPopover::followFocus() {
 
 void QtPopover::closeUnlessFocused() {
     // A menu of ours has the keyboard without being a focus window; a button still held may be a click on the tray.
-    if (QApplication::activePopupWidget() != nullptr || window_.windowSystem().isMouseButtonDown())
+    if (window_.windowSystem().isMouseButtonDown() || QApplication::activePopupWidget() != nullptr)
         focusLoss_.start();
     else
         performClose();

@@ -27,7 +27,7 @@ public:
     void makeKeyWindow() override;
 
 private:
-    void followFocus();
+    void followFocus(const QWindow* focused);
     void closeUnlessFocused();
 
     FramelessWindow window_;

@@ -69,12 +69,12 @@ QtStatusItem::QtStatusItem(StatusBarContext& context)
     docking_.callOnTimeout([this] { updateIcon(); });
     colorScheme_ = context_.colorSchemes.onChange([this] { docking_.start(dockingTime); });
     embeddingTray_ = context_.windowSystem.onEmbeddingTrayChange([this] { docking_.start(dockingTime); });
-    QObject::connect(&hostMenu_, &QMenu::aboutToShow, [this] { fillHostMenu(); });
 }
 
 void QtStatusItem::setHostMenu(std::function<Menu()> makeMenu) {
-    makeHostMenu_ = std::move(makeMenu);
-    fillHostMenu();
+    // Asked now and not when the menu opens: lxqt-panel shows nothing when the items change under it then.
+    hostMenu_.clear();
+    fill(hostMenu_, makeMenu());
 }
 
 Rect QtStatusItem::bounds() const {
@@ -135,12 +135,6 @@ void QtStatusItem::showMenu() {
     styleMenu(*openMenu_, context_.colorSchemes.systemColorScheme(),
               context_.windowSystem.isComposited() ? MenuCorners::round : MenuCorners::square);
     openMenu_->popup(QCursor::pos());
-}
-
-void QtStatusItem::fillHostMenu() {
-    hostMenu_.clear();
-    if (makeHostMenu_)
-        fill(hostMenu_, makeHostMenu_());
 }
 
 void QtStatusItem::updateIcon() {

@@ -31,7 +31,6 @@ private:
     void handleActivation(QSystemTrayIcon::ActivationReason reason);
     void handleClick(EventType event, std::uint64_t mask);
     void showMenu();
-    void fillHostMenu();
     void updateIcon();
     [[nodiscard]] ColorScheme panelScheme() const;
     [[nodiscard]] QRect embeddedFrame() const;  ///< empty: not in an embedding tray
@@ -41,7 +40,6 @@ private:
     std::function<void()> action_;
     std::uint64_t mask_ = leftMouseUpMask;
     std::optional<Menu> menu_;
-    std::function<Menu()> makeHostMenu_;
     TrayKind kind_ = TrayKind::embedding;
     std::optional<QPoint> lastClick_;
     QPointer<QMenu> openMenu_;
