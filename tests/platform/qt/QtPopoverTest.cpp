@@ -143,12 +143,15 @@ TEST_F(QtPopoverTest, StaysForAMenuAndAHeldButtonAndClosesWhenTheFocusIsElsewher
     QMenu menu(widget_);
     menu.addAction(QStringLiteral("Copy"));
     menu.popup(QPoint(300, 300));
+    ASSERT_TRUE(eventually([&] { return QGuiApplication::focusWindow() == menu.windowHandle(); }));
     loseFocus();
     ASSERT_TRUE(eventually(isAskedTwice));
     EXPECT_TRUE(popover_.isShown()) << "its menu is open";
 
     windowSystem_.isButtonDown = true;
     menu.close();
+    widget_->activateWindow();
+    ASSERT_TRUE(eventually([this] { return QGuiApplication::focusWindow() == widget_->window()->windowHandle(); }));
     loseFocus();
     ASSERT_TRUE(eventually(isAskedTwice));
     EXPECT_TRUE(popover_.isShown()) << "the button may be held over the tray";
