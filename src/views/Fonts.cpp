@@ -75,9 +75,9 @@ struct Typeface {
 Typeface makeTypeface(const Measure& wanted) {
     const QFont made = makeFont(wanted);
     const QFontMetricsF metrics(made);
-    // On a whole pixel at twice the scale, too.
+    // The half point above it: a whole pixel at twice the scale, and optically in the middle.
     const double exact = (wanted.lineHeight - metrics.ascent() - metrics.descent()) / 2 + metrics.ascent();
-    return {made, std::floor(exact * 2) / 2};
+    return {made, std::ceil(exact * 2) / 2 - 0.5};
 }
 
 const Typeface& typeface(TextStyle style) {
