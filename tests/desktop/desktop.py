@@ -10,7 +10,6 @@ import subprocess
 import sys
 import tempfile
 import time
-import traceback
 import uuid
 
 from x11 import X11
@@ -77,9 +76,7 @@ class Desktop:
             raise
         return self
 
-    def __exit__(self, kind, error, trace):
-        if error and self.x:
-            self.record_failure("".join(traceback.format_exception(kind, error, trace)[-1:]))
+    def __exit__(self, *_):
         self.close()
 
     def _start(self):
@@ -201,7 +198,7 @@ class Desktop:
             if answer:
                 return answer
             if time.monotonic() > deadline:
-                raise AssertionError(f"not within {seconds} s: {what}\n{self.describe()}")
+                self.fail(f"not within {seconds} s: {what}")
             time.sleep(0.02)
 
     def stays(self, condition, seconds, what):
@@ -209,7 +206,7 @@ class Desktop:
         deadline = time.monotonic() + seconds
         while time.monotonic() < deadline:
             if not condition():
-                raise AssertionError(f"did not stay for {seconds} s: {what}\n{self.describe()}")
+                self.fail(f"did not stay for {seconds} s: {what}")
             time.sleep(0.02)
 
     def await_idle(self, process):
@@ -229,13 +226,13 @@ class Desktop:
             lines += ["Brindle said:", *self.brindle.lines[-25:], self.output_of(self.brindle.process)[-4000:]]
         return "\n".join(lines)
 
-    def record_failure(self, text):
-        FAILURES.mkdir(parents=True, exist_ok=True)
-        name = f"{pathlib.Path(sys.argv[0]).stem}-{os.getpid()}-{int(time.time() * 1000) % 100000000}"
-        (FAILURES / f"{name}.txt").write_text(text)
-        if self.server.poll() is None:
-            self.x.screenshot(FAILURES / f"{name}.png")
-            print(f"picture: {FAILURES / name}.png", file=sys.stderr)
+    def fail(self, text):
+        picture = "none"
+        if self.x and self.server.poll() is None:
+            FAILURES.mkdir(parents=True, exist_ok=True)
+            picture = FAILURES / f"{pathlib.Path(sys.argv[0]).stem}-{os.getpid()}-{time.monotonic_ns() // 1000000}.png"
+            self.x.screenshot(picture)
+        raise AssertionError(f"{text}\n{self.describe()}\npicture: {picture}")
 
     # The clipboard
 

@@ -9,31 +9,34 @@ import unittest
 
 from applications import EDITORS, TERMINALS, Brindle, DesktopTest, Editor
 
+PANEL = """[General]
+__userfile__=true
+panels=panel1
+[panel1]
+plugins=statusnotifier
+position=Bottom
+[statusnotifier]
+type=statusnotifier
+"""
 TEXT = "pasted: Größe 世界"
 
 
 class LongApplicationsTest(DesktopTest):
-    def editors(self, desktop):
-        for program in EDITORS:
-            if shutil.which(program):
-                with self.subTest(program):
-                    editor = Editor(desktop, program, "copied here", program)
-                    yield editor
-                    editor.process.kill()
-
     def test_capture_and_paste(self):
         desktop = self.desktop()
         desktop.seed_history([TEXT])
         brindle = Brindle(desktop)
-        for editor in self.editors(desktop):
-            if editor.program not in TERMINALS:
-                editor.copy_all()
-                desktop.wait_for(lambda: brindle.contents()[0] == "copied here", 5, "captured")
-                self.assertEqual(brindle.history()[0].get("sourceApp"), editor.bundle_identifier)
-                editor.x.chord("End")
-            brindle.open()
-            brindle.click_row(brindle.contents().index(TEXT))
-            editor.await_text("copied here" + TEXT)
+        for program in filter(shutil.which, EDITORS):
+            with self.subTest(program):
+                editor = Editor(desktop, program, f"in {program}", program)
+                if program not in TERMINALS:
+                    editor.copy_all()
+                    desktop.wait_for(lambda: brindle.contents()[0] == f"in {program}", 5, "captured")
+                    self.assertEqual(brindle.history()[0].get("sourceApp"), editor.bundle_identifier)
+                    editor.x.chord("Control_L", "End")
+                brindle.open()
+                brindle.click_row(brindle.contents().index(TEXT))
+                editor.await_text(f"in {program}{TEXT}")
 
     def test_sixty_five_megabytes_into_editors(self):
         text = "0123456789 äöüß\n" * (65_000_000 // 20)
@@ -60,18 +63,29 @@ class LongApplicationsTest(DesktopTest):
 
     def test_tray_of_the_other_kind(self):
         """lxqt-panel draws the icon itself and reports clicks over the bus."""
-        desktop = self.desktop(tray="lxqt-panel")
-        brindle, editor = Brindle(desktop, ready=False), Editor(desktop, "mousepad")
-        icon = desktop.size[0] - 16, desktop.size[1] - 16
-        time.sleep(3)
-        for round in range(2):
+        desktop = self.desktop(tray=None)
+        configuration = desktop.home / ".config/lxqt/panel.conf"
+        configuration.parent.mkdir()
+        configuration.write_text(PANEL)
+        panel = desktop.run("lxqt-panel")
+        desktop.wait_for(lambda: desktop.x.windows("lxqt-panel"), 20, "panel")
+        desktop.await_idle(panel)
+        strip = desktop.x.rect(desktop.x.windows("lxqt-panel")[0])
+        before = desktop.x.pixels(strip)
+        brindle, editor = Brindle(desktop), Editor(desktop, "mousepad")
+        desktop.wait_for(lambda: desktop.x.pixels(strip) != before, 10, "icon in the panel")
+        icon = strip.x + strip.height // 2, strip.y + strip.height // 2
+        for _ in range(2):
             desktop.x.click(*icon)
-            brindle.await_open()
+            rect = brindle.await_open()
+            self.assertTrue(rect.x <= icon[0] + 8 and rect.y + rect.height <= strip.y, rect)
             desktop.stays(brindle.popover, 0.5, "stays open")
             desktop.x.click(*icon)
             brindle.await_closed()
             desktop.stays(lambda: not brindle.popover(), 0.5, "stays closed")
-            editor.activate()
+            desktop.wait_for(lambda: editor.is_active, 5, "editor in front again")
+        desktop.x.click(*icon, 3)
+        desktop.wait_for(lambda: desktop.x.pixels() and len(desktop.x.windows("lxqt-panel")) > 1, 5, "panel's menu")
 
 
 if __name__ == "__main__":
