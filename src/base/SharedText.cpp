@@ -7,14 +7,11 @@
 
 namespace brindle {
 
-SharedText::SharedText() {
-    static const auto empty = std::make_shared<const Body>();
-    body_ = empty;
-}
+SharedText::SharedText() : SharedText(std::string()) {}
 
-SharedText::SharedText(std::string text) : body_(std::make_shared<const Body>(Body{std::move(text)})) {}
+SharedText::SharedText(std::string text) : body_(new Body{std::move(text)}) {}
 
-std::uint64_t SharedText::canonicalHash(const Body& body) {
+std::uint64_t SharedText::canonicalHash(Body& body) {
     if (!body.hasCanonicalHash) {
         body.isComposed = unicode::isComposed(body.text);
         const std::string rewritten = body.isComposed ? std::string() : unicode::composed(body.text);

@@ -1,19 +1,34 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace brindle {
 
-/// An immutable UTF-8 text whose copies share one body: an entry of 64 MB is copied by raising a count. Main thread.
+/// An immutable UTF-8 text whose copies share one body: an entry of 64 MB is copied by raising a count. Main
+/// thread only.
 class SharedText {
 public:
     SharedText();
     SharedText(std::string text);  // NOLINT(google-explicit-constructor): it is a string, shared
     SharedText(std::string_view text) : SharedText(std::string(text)) {}
     SharedText(const char* text) : SharedText(std::string(text)) {}
+    SharedText(const SharedText& other) : body_(other.body_) {
+        if (body_)
+            ++body_->owners;
+    }
+    SharedText(SharedText&& other) noexcept : body_(std::exchange(other.body_, nullptr)) {}  ///< the other has no text
+    SharedText& operator=(SharedText other) noexcept {
+        std::swap(body_, other.body_);
+        return *this;
+    }
+    ~SharedText() {
+        if (body_ && --body_->owners == 0)
+            delete body_;
+    }
 
     [[nodiscard]] const std::string& string() const { return body_->text; }
     [[nodiscard]] std::string_view view() const { return body_->text; }
@@ -30,15 +45,17 @@ public:
 
 private:
     struct Body {
-        std::string text;
+        const std::string text;
+        // A plain count: every change of a history copies all of it, and atomic ones were most of that time.
+        std::size_t owners = 1;
         // Of the composed form (NFC); filled at the first comparison.
-        mutable std::uint64_t canonicalHash = 0;
-        mutable bool hasCanonicalHash = false;
-        mutable bool isComposed = false;
+        std::uint64_t canonicalHash = 0;
+        bool hasCanonicalHash = false;
+        bool isComposed = false;
     };
-    static std::uint64_t canonicalHash(const Body& body);
+    static std::uint64_t canonicalHash(Body& body);
 
-    std::shared_ptr<const Body> body_;
+    Body* body_;
 };
 
 }  // namespace brindle
