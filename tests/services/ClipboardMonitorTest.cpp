@@ -48,8 +48,9 @@ TEST_F(ClipboardMonitorTest, TheSourceIsAbsentWithoutAnApplicationOrItsIdentifie
 
 TEST_F(ClipboardMonitorTest, SeveralChangesBetweenTwoPollsAreOneAndAnImageIsNone) {
     sim.clipboard.copy("a");
+    sim.queue.advance(0.2);
     sim.clipboard.copy("b");
-    sim.queue.advance(0.5);
+    sim.queue.advance(0.3);
     ASSERT_THAT(history(), SizeIs(1));
     EXPECT_EQ(history()[0].content.string(), "b");
     sim.clipboard.copy(std::nullopt);

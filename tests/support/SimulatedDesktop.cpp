@@ -86,17 +86,24 @@ std::optional<SharedText> SimulatedPasteboard::string() const {
 
 void SimulatedPasteboard::clearContents() {
     journal_.add("clear pasteboard");
-    copy(std::nullopt);
+    ++takeovers_;
+    ++count_;
+    text_ = content_ = std::nullopt;
 }
 
 void SimulatedPasteboard::setString(const SharedText& text) {
     journal_.add("set pasteboard: " + text.string());
-    text_ = text;
+    text_ = content_ = text;
 }
 
 void SimulatedPasteboard::copy(std::optional<SharedText> text) {
-    text_ = std::move(text);
-    ++count_;
+    content_ = std::move(text);
+    queue_.post([this, takeover = ++takeovers_] {
+        if (takeover != takeovers_)
+            return;
+        text_ = content_;
+        ++count_;
+    });
 }
 
 bool SimulatedTrust::isProcessTrusted(TrustPrompt prompt) {

@@ -109,23 +109,27 @@ private:
 
 class SimulatedPasteboard final : public Pasteboard {
 public:
-    explicit SimulatedPasteboard(Journal& journal) : journal_(journal) {}
+    SimulatedPasteboard(Journal& journal, SimulatedMainQueue& queue) : journal_(journal), queue_(queue) {}
 
     std::int64_t changeCount() const override { return count_; }
     std::optional<SharedText> string() const override;
     void clearContents() override;
     void setString(const SharedText& text) override;
 
-    /// Another program's copy; none is a copy without text.
+    /// Another program's copy; none is a copy without text. It arrives on the next turn of the queue.
     void copy(std::optional<SharedText> text);
-    const std::optional<SharedText>& content() const { return text_; }
+    /// What another program would paste.
+    const std::optional<SharedText>& content() const { return content_; }
 
     mutable int readings = 0;  ///< of the text
 
 private:
     Journal& journal_;
+    SimulatedMainQueue& queue_;
     std::int64_t count_ = 0;
-    std::optional<SharedText> text_;
+    std::int64_t takeovers_ = 0;
+    std::optional<SharedText> content_;
+    std::optional<SharedText> text_;  // what has arrived of it
 };
 
 class SimulatedTrust final : public AccessibilityTrust {

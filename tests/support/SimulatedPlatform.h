@@ -51,7 +51,7 @@ public:
     SimulatedSystemInformation machine;
     SimulatedWorkspace desktop{journal, queue};
     SimulatedOwnApplication self{journal, desktop};
-    SimulatedPasteboard clipboard{journal};
+    SimulatedPasteboard clipboard{journal, queue};
     SimulatedMouse mouse{journal};
     SimulatedKeyEvents keyboard{journal, desktop, clipboard};
     SimulatedEventTaps taps{journal};
