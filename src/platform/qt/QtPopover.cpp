@@ -54,7 +54,9 @@ void QtPopover::setContent(std::unique_ptr<PopoverContent> content) {
     window_.setContent(content_->widget());
     window_.setColorScheme(content_->colorScheme());
     colorScheme_ = content_->onColorSchemeChange([this] { window_.setColorScheme(content_->colorScheme()); });
-    window_.winId();  // the window is there before the first opening, which then only maps it
+    // The first opening then finds its window, and the fonts, pictures and shadow that it takes to paint it.
+    window_.winId();
+    QTimer::singleShot(0, &window_, [this] { window_.grab(); });
 }
 
 bool QtPopover::isShown() const {
