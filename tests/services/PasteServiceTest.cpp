@@ -139,24 +139,33 @@ TEST_F(PasteServiceTest, WithoutATargetTheChordGoesToWhoeverIsInFrontWithoutWait
     EXPECT_FALSE(PasteService::isPasting());
 }
 
-TEST_F(PasteServiceTest, ATargetThatNeverComesIsWaitedForToTheLimitAndNobodyMovesThatByTheClock) {
+TEST_F(PasteServiceTest, ATargetIsLookedForEveryFiftyMillisecondsToTheLimitWhateverTheWallClockSays) {
     const auto editor = sim.desktop.launch("TextEdit");
     editor->ignoresRequests = true;
     delegate->setLastAppFocus(editor);
     sim.desktop.bringToFront(sim.desktop.launch(test::ApplicationFacts()));
     PasteService::paste();
-    sim.queue.advance(0.2);
+    sim.queue.advance(0.3);
     sim.queue.wallClock -= 3600;
     sim.journal.take();
-    sim.queue.advance(1.05);
+    sim.queue.advance(1);
     EXPECT_THAT(sim.journal.take(), IsEmpty());
     EXPECT_FALSE(PasteService::isPasting()) << "the lock does not wait for the sequence";
-    sim.queue.advance(0.2);
+    sim.queue.advance(0.01);
     EXPECT_THAT(
         sim.journal.take(),
         ::testing::IsSupersetOf({"log ⚠️ Frontmost app did not switch to target in time. Sending paste anyway as "
                                  "fallback.",
                                  "log 🔎 Frontmost before paste: Unknown (nil)", "? pastes: abc"}));
+
+    PasteService::paste();
+    sim.queue.advance(0.121);
+    sim.journal.take();
+    sim.desktop.bringToFront(editor);
+    sim.queue.advance(0.038);
+    EXPECT_THAT(sim.journal.take(), IsEmpty());
+    sim.queue.advance(0.001);
+    EXPECT_THAT(sim.journal.take(), Contains("log ✅ Frontmost switched to target: TextEdit"));
 }
 
 TEST_F(PasteServiceTest, ATargetIsKnownByItsIdentifierOrItsProcess) {
