@@ -2,7 +2,6 @@
 import contextlib
 import json
 import os
-import pathlib
 import signal
 import sqlite3
 import subprocess
@@ -55,16 +54,11 @@ class Editor:
         self.activate()
 
     def _new_window(self, window_class, before):
-        found = [window for window in self.x.windows(window_class)
-                 if window not in before and window in self.x.clients() + self._all_without_manager()]
-        return found and found[-1]
-
-    def _all_without_manager(self):
-        return [] if self.desktop.window_manager else self.x.children(self.x.root)
+        clients = self.x.clients()
+        return next((window for window in self.x.windows(window_class) if window not in before and window in clients), 0)
 
     def activate(self):
-        if self.desktop.window_manager:
-            self.desktop.wait_for(self._try_to_activate, 10, f"{self.program} in front")
+        self.desktop.wait_for(self._try_to_activate, 10, f"{self.program} in front")
 
     def _try_to_activate(self):
         if self.x.active() == self.window:
@@ -88,9 +82,9 @@ class Editor:
 
     def await_text(self, expected, seconds=10):
         try:
-            self.desktop.wait_for(lambda: self.text().rstrip("\n") == expected, seconds, f"{expected!r} in {self.program}")
+            self.desktop.wait_for(lambda: self.text().rstrip("\n") == expected, seconds, "text in the editor")
         except AssertionError as failure:
-            raise AssertionError(f"{failure}\n{self.program} has {self.text()!r}") from None
+            raise AssertionError(f"{failure}\n{self.program} has {self.text()!r} instead of {expected!r}") from None
 
     def copy_all(self):
         self.x.chord("Control_L", "a")
@@ -178,9 +172,8 @@ class Brindle:
 
     def menu(self):
         """The rectangle of an open menu, the newest one."""
-        sizes = [rect for _, rect in self._windows() if rect and rect.width >= 64 and (rect.width, rect.height) != POPOVER
-                 and rect.height < POPOVER[1]]
-        return sizes[-1] if sizes else None
+        menus = [rect for _, rect in self._windows() if rect and rect.width >= 64 and rect.height < POPOVER[1]]
+        return menus[-1] if menus else None
 
     def await_open(self, seconds=5):
         rect = self.desktop.wait_for(self.popover, seconds, "popover is open")

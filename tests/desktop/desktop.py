@@ -1,4 +1,4 @@
-"""A virtual desktop for one test: X server, session bus, window manager, tray, and a fresh home. All of it ends with it."""
+"""A virtual desktop for one test: X server, session bus, window manager, tray and a home; all of it ends with it."""
 import ctypes
 import json
 import os

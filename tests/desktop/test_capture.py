@@ -17,7 +17,7 @@ class CaptureTest(DesktopTest):
             expected.insert(0, (f"{program}: {TEXT}", editor.bundle_identifier))
             self.await_entries(brindle, expected)
 
-        terminal = desktop.run("xterm", "-xrm", "XTerm*selectToClipboard: true", "-e", "sh", "-c", "echo word; sleep 99")
+        terminal = desktop.run("xterm", "-xrm", "XTerm*selectToClipboard: true", "-e", "sh", "-c", "echo word; sleep 9")
         window = desktop.wait_for(lambda: desktop.x.windows("xterm"), 10, "terminal")[0]
         desktop.wait_for(lambda: desktop.x.active() == window, 10, "terminal in front")
         x, y, *_ = desktop.x.rect(window)

@@ -1,5 +1,4 @@
 """The popover opens and closes when it should, exactly once, in the right place and with the keyboard."""
-import time
 import unittest
 
 from applications import HOT_KEY, POPOVER, Brindle, DesktopTest, Editor
@@ -8,7 +7,7 @@ from x11 import Rect
 
 class PopoverTest(DesktopTest):
     def assert_open_and_close(self, desktop, brindle, editor, act, close=None):
-        """`act` opens it and it stays; `close` (or `act` again) closes it, it stays closed, and the editor is in front."""
+        """`act` opens it and it stays; `close` or `act` closes it, it stays closed and the editor is in front."""
         act()
         rect = brindle.await_open()
         desktop.stays(brindle.popover, 0.5, "popover stays open")
