@@ -108,7 +108,6 @@ void FramelessWindow::setContent(QWidget& content) {
     content.setParent(this);
     content.show();
     edge_->raise();
-    connect(&content, &QObject::destroyed, this, [this] { content_ = nullptr; });
     layOut(contentFrame().topLeft());
 }
 

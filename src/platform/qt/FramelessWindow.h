@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPointer>
 #include <QWidget>
 #include <functional>
 
@@ -67,7 +68,7 @@ private:
     bool isComposited_;
     ColorScheme scheme_ = ColorScheme::dark;
     QSize contentSize_;
-    QWidget* content_ = nullptr;
+    QPointer<QWidget> content_;
     Edge* edge_;
     Subscription compositing_;
 };
