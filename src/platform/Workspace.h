@@ -10,6 +10,9 @@
 
 namespace brindle {
 
+/// The address of the accessibility page of the running desktop's own settings.
+constexpr std::string_view accessibilitySettingsUrl = "settings:accessibility";
+
 /// What is in front, and the applications and addresses that the desktop knows. Main thread.
 class Workspace {
 public:
@@ -27,7 +30,7 @@ public:
         std::function<void(const RunningApplicationHandle&)> observer) = 0;
 
     /// Hands an address (RFC 3986) to the program that the user chose for it, without waiting for it. False when it
-    /// does not parse or nothing opens it.
+    /// does not parse or nothing opens it. `accessibilitySettingsUrl` is understood as well.
     virtual bool openUrl(std::string_view url) = 0;
 
     /// Path of the installed application with this bundle identifier; none when no such application is installed.

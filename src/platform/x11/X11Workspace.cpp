@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "platform/Bundle.h"
+#include "platform/freedesktop/SettingsPages.h"
 #include "platform/qt/QtText.h"
 #include "platform/x11/X11Windows.h"
 
@@ -17,6 +18,14 @@ namespace {
 constexpr std::string_view activeProperty = "_NET_ACTIVE_WINDOW";
 constexpr std::string_view managerProperty = "_NET_SUPPORTING_WM_CHECK";
 constexpr std::uint32_t sourcePager = 2;  // a request of the user's, which no focus-stealing prevention holds up
+
+/// False where the desktop has no such page, or its settings program is not installed.
+bool openSettings(std::string_view url) {
+    QStringList command;
+    for (const std::string& word : settingsCommand(url, qgetenv("XDG_CURRENT_DESKTOP").toStdString()))
+        command << toQString(word);
+    return !command.isEmpty() && QProcess::startDetached(command.front(), command.mid(1));
+}
 
 int milliseconds(double seconds) {
     return static_cast<int>(seconds * 1000);
@@ -68,6 +77,8 @@ Subscription X11Workspace::onDidActivateApplication(std::function<void(const Run
 }
 
 bool X11Workspace::openUrl(std::string_view url) {
+    if (url == accessibilitySettingsUrl)
+        return openSettings(url);
     const auto address =
         QUrl::fromEncoded(QByteArray(url.data(), static_cast<qsizetype>(url.size())), QUrl::StrictMode);
     if (!address.isValid() || address.scheme().isEmpty())
