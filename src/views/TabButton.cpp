@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "views/Palette.h"
-#include "views/TabsAccessible.h"
+#include "views/TabAccessible.h"
 
 namespace brindle {
 
@@ -60,7 +60,7 @@ void announceSelection(QWidget& tab) {
 }  // namespace
 
 TabButton::TabButton(std::function<void()> action, QWidget* parent) : Control({}, parent) {
-    installTabsAccessibility();
+    installTabAccessibility();
     setContextMenuPolicy(Qt::PreventContextMenu);
     connect(this, &QAbstractButton::clicked, this, std::move(action));
 }

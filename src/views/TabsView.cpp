@@ -7,9 +7,9 @@
 
 #include "platform/qt/QtText.h"
 #include "services/HistoryManager.h"
+#include "views/AccessibleRole.h"
 #include "views/Palette.h"
 #include "views/TabButton.h"
-#include "views/TabsAccessible.h"
 
 namespace brindle {
 
@@ -42,7 +42,7 @@ TabsView::TabsView(const Bindings& bindings, HistoryManager& historyManager, QWi
       bindings_(bindings),
       historyManager_(historyManager),
       addButton_(SymbolButton::Kind::addList, QStringLiteral("Add List"), this) {
-    installTabsAccessibility();
+    setAccessibleRole(*this, QAccessible::PageTabList);
     setAccessibleName(QStringLiteral("Lists"));
     setContextMenuPolicy(Qt::PreventContextMenu);
     installEventFilter(this);

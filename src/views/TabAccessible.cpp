@@ -1,9 +1,8 @@
-#include "views/TabsAccessible.h"
+#include "views/TabAccessible.h"
 
 #include <QAccessibleWidget>
 
 #include "views/TabButton.h"
-#include "views/TabsView.h"
 
 namespace brindle {
 
@@ -34,16 +33,13 @@ private:
 };
 
 QAccessibleInterface* makeInterface(const QString&, QObject* object) {
-    if (auto* tab = qobject_cast<TabButton*>(object))
-        return new AccessibleTab(*tab);
-    if (auto* tabs = qobject_cast<TabsView*>(object))
-        return new QAccessibleWidget(tabs, QAccessible::PageTabList);
-    return nullptr;
+    auto* tab = qobject_cast<TabButton*>(object);
+    return tab ? new AccessibleTab(*tab) : nullptr;
 }
 
 }  // namespace
 
-void installTabsAccessibility() {
+void installTabAccessibility() {
     QAccessible::installFactory(makeInterface);
 }
 

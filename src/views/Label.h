@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QWidget>
+
+#include "platform/ColorSchemes.h"
+#include "views/Fonts.h"
+#include "views/Palette.h"
+
+namespace brindle {
+
+/// Plain text that is only read: as many lines as it takes, broken between words. Its size is up to whoever places it.
+class Label final : public QWidget {
+    Q_OBJECT
+public:
+    struct Look {
+        TextStyle style = TextStyle::body;
+        Role color = Role::primaryText;
+        Qt::Alignment alignment = Qt::AlignLeft;
+    };
+
+    Label(const QString& text, Look look, QWidget* parent = nullptr);
+
+    void setColorScheme(ColorScheme scheme);
+    [[nodiscard]] const QString& text() const { return text_; }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QString text_;
+    Look look_;
+    ColorScheme scheme_ = ColorScheme::dark;
+};
+
+}  // namespace brindle
