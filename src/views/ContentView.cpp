@@ -9,11 +9,13 @@
 #include "platform/Platform.h"
 #include "services/HistoryManager.h"
 #include "services/SettingsManager.h"
+#include "views/Animation.h"
 #include "views/Appearance.h"
 #include "views/FooterView.h"
 #include "views/HeaderView.h"
 #include "views/HistoryView.h"
 #include "views/Palette.h"
+#include "views/Presentations.h"
 #include "views/TabsView.h"
 
 namespace brindle {
@@ -56,7 +58,8 @@ ContentView::ContentView(HistoryManager& historyManager, ClipboardMonitor& clipb
           historyManager, this)),
       list_(std::make_unique<HistoryView>(historyManager, clipboardMonitor, state_.searchText, HistoryFilter::all(),
                                           state_.isSearchFocused, state_.showAccessibilityDialog, this)),
-      footer_(std::make_unique<FooterView>(this)) {
+      footer_(std::make_unique<FooterView>(this)),
+      presentations_(std::make_unique<Presentations>(state_, historyManager, settingsManager, *this, contentPlace)) {
     setFixedSize(fixedSize);
     setAttribute(Qt::WA_OpaquePaintEvent);
     header_->setGeometry(headerPlace);
@@ -76,10 +79,15 @@ void ContentView::observe() {
     };
     follow(historyManager_.history());
     follow(historyManager_.customLists());
+    follow(settingsManager_.maxClipboardItems());
     follow(settingsManager_.appTheme());
+    follow(settingsManager_.launchAtLogin());
     follow(state_.appThemeRaw);
     follow(state_.searchText);
     follow(state_.selectedTab);
+    for (const auto* flag : {&state_.showSettings, &state_.showAbout, &state_.showAccessibilityDialog,
+                             &state_.showNewListAlert, &state_.showRenameListAlert, &state_.showDeleteListAlert})
+        follow(*flag);
     observers_.push_back(platform().colorSchemes().onChange([this] { scheduleRebuild(); }));
     observers_.push_back(platform().defaults().onChange([this](std::string_view key) {
         if (key == themeKey)
@@ -110,6 +118,9 @@ void ContentView::rebuild() {
         list_->refresh();
     }
     list_->setVisible(shown.has_value());
+    // What the panel covers is out of the keyboard's reach.
+    list_->setFocusPolicy(state_.showSettings.value() ? Qt::NoFocus : Qt::TabFocus);
+    presentations_->refresh(preferredScheme());
     update();
     Q_EMIT rebuilt();
 }
@@ -142,10 +153,14 @@ void ContentView::paintEvent(QPaintEvent*) {
 void ContentView::showEvent(QShowEvent*) {
     if (!window()->focusWidget())
         setFocus();
+    scheduleRebuild();  // the sheets come back
 }
 
 void ContentView::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Down && list_->isVisible())
+    const bool showsSettings = state_.showSettings.value();
+    if (event->key() == Qt::Key_Escape && showsSettings)
+        withAnimation([this] { state_.showSettings = false; });
+    else if (event->key() == Qt::Key_Down && list_->isVisible() && !showsSettings)
         list_->setFocus(Qt::TabFocusReason);
     else
         event->ignore();

@@ -17,11 +17,12 @@ class HeaderView;
 class HistoryFilter;
 class HistoryView;
 class HistoryManager;
+class Presentations;
 class SettingsManager;
 class TabsView;
 
-/// What the popover hosts: header, tabs, list and footer. It owns the popover's state. Any number of changes in one
-/// turn of the main loop are one rebuild in the next.
+/// What the popover hosts: header, tabs, list and footer, and what is presented over them. It owns the popover's state.
+/// Any number of changes in one turn of the main loop are one rebuild in the next.
 class ContentView final : public QWidget {
     Q_OBJECT
 public:
@@ -59,6 +60,7 @@ private:
     std::unique_ptr<TabsView> tabs_;
     std::unique_ptr<HistoryView> list_;
     std::unique_ptr<FooterView> footer_;
+    std::unique_ptr<Presentations> presentations_;
     std::vector<Subscription> observers_;
 };
 
