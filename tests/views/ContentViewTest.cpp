@@ -124,6 +124,7 @@ TEST_F(ContentViewTest, LetsTheArrowGoToTheListAndEscapeToTheWindow) {
 TEST_F(ContentViewTest, CopiesAndPastesInTheFieldThroughThePasteboard) {
     QTest::mouseClick(&searchField(), Qt::LeftButton);
     sim.clipboard.copy(SharedText("two\nlines"));
+    sim.queue.run();
     QTest::keyClick(&searchField(), Qt::Key_V, Qt::ControlModifier);
     EXPECT_EQ(view.state().searchText.value(), "two lines");
     QTest::keyClick(&searchField(), Qt::Key_A, Qt::ControlModifier);
