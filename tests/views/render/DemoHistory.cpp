@@ -35,6 +35,9 @@ const Entry entries[] = {
 }  // namespace
 
 void installDemoImages(SimulatedPlatform& sim) {
+    sim.package.resources = BRINDLE_RESOURCES;
+    sim.package.images["AppIcon"] = BRINDLE_RESOURCES "/AppIcon.svg";
+    sim.package.info["CFBundleShortVersionString"] = "1.0";
     for (const char* symbol :
          {"doc.on.clipboard", "gearshape.fill", "magnifyingglass", "pin.fill", "plus", "xmark.circle.fill"})
         sim.package.symbols[symbol] = std::string(BRINDLE_RESOURCES "/symbols/") + symbol + ".svg";

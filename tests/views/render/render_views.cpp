@@ -10,9 +10,12 @@
 #include <iostream>
 
 #include "platform/qt/FramelessWindow.h"
+#include "views/AboutView.h"
+#include "views/AccessibilityPermissionDialog.h"
 #include "views/ContentView.h"
 #include "views/HistoryView.h"
 #include "views/SymbolButton.h"
+#include "views/TabButton.h"
 #include "views/TextField.h"
 #include "views/render/DemoHistory.h"
 
@@ -95,7 +98,40 @@ const Scene scenes[] = {
                  button->click();
          openMenu()->setActiveAction(openMenu()->actions().front());
      }},
+    {"tab-menu", ContentView::fixedSize,
+     [](Stage& stage) {
+         TabButton& tab = *stage.view.findChildren<TabButton*>()[2];
+         const QPointF place(34, 20);
+         QMouseEvent press(QEvent::MouseButtonPress, place, tab.mapToGlobal(place), Qt::RightButton, Qt::RightButton,
+                           Qt::NoModifier);
+         QApplication::sendEvent(&tab, &press);
+     }},
+    {"settings", ContentView::fixedSize,
+     [](Stage& stage) {
+         stage.demo.settings.setLaunchAtLogin(true);
+         stage.view.state().showSettings = true;
+     }},
+    {"dialog-new", ContentView::fixedSize, [](Stage& stage) { stage.view.state().showNewListAlert = true; }},
+    {"dialog-rename", ContentView::fixedSize,
+     [](Stage& stage) {
+         stage.view.state().renameListName = "Work";
+         stage.view.state().showRenameListAlert = true;
+     }},
+    {"dialog-delete", ContentView::fixedSize, [](Stage& stage) { stage.view.state().showDeleteListAlert = true; }},
+    {"about", AboutView::fixedSize, [](Stage& stage) { stage.view.state().showAbout = true; }},
+    {"guide", AccessibilityPermissionDialog::fixedSize,
+     [](Stage& stage) { stage.view.state().showAccessibilityDialog = true; }},
 };
+
+/// The sheet that is open, else the popover.
+FramelessWindow& frontWindow(Stage& stage) {
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        auto* sheet = qobject_cast<FramelessWindow*>(window);
+        if (sheet && sheet != &stage.window && sheet->isVisible())
+            return *sheet;
+    }
+    return stage.window;
+}
 
 QImage render(const Scene& scene, AppTheme theme, int scale) {
     QImage image(scene.size * scale, QImage::Format_ARGB32_Premultiplied);
@@ -105,10 +141,11 @@ QImage render(const Scene& scene, AppTheme theme, int scale) {
     scene.play(stage);
     stage.settle();
     QPainter painter(&image);
-    const QPoint corner = stage.window.contentFrame().topLeft();
-    stage.window.render(&painter, stage.window.pos() - corner, {}, QWidget::DrawChildren);
-    for (QWidget* window : QApplication::topLevelWidgets()) {
-        if (auto* menu = qobject_cast<QMenu*>(window); menu && menu->isVisible())
+    FramelessWindow& window = frontWindow(stage);
+    const QPoint corner = window.contentFrame().topLeft();
+    window.render(&painter, window.pos() - corner, {}, QWidget::DrawChildren);
+    for (QWidget* other : QApplication::topLevelWidgets()) {
+        if (auto* menu = qobject_cast<QMenu*>(other); menu && menu->isVisible())
             menu->render(&painter, menu->pos() - corner);
     }
     return image;
