@@ -59,8 +59,8 @@ std::vector<xcb_keycode_t> keysOf(PasteChord chord, const X11Keyboard& keyboard)
 
 }  // namespace
 
-X11KeyEvents::X11KeyEvents(X11Connection& connection, const X11Keyboard& keyboard, PrimaryLoan primary)
-    : connection_(connection), keyboard_(keyboard), primary_(std::move(primary)) {
+X11KeyEvents::X11KeyEvents(X11Connection& connection, PrimaryLoan primary)
+    : connection_(connection), keyboard_(connection, x11SyntheticKeyboard(connection)), primary_(std::move(primary)) {
     loan_.setSingleShot(true);
     QObject::connect(&loan_, &QTimer::timeout, [this] { primary_.giveBack(); });
     if (connection_.hasExtension(xcb_input_id))

@@ -27,7 +27,7 @@ public:
     /// An application that pastes PRIMARY may ask for it this long after the chord, in milliseconds.
     static constexpr int loanTime = 1500;
 
-    X11KeyEvents(X11Connection& connection, const X11Keyboard& keyboard, PrimaryLoan primary);
+    X11KeyEvents(X11Connection& connection, PrimaryLoan primary);
     ~X11KeyEvents() override;
 
     [[nodiscard]] std::unique_ptr<KeyEventSource> createSource(EventSourceState state) override;
@@ -46,7 +46,7 @@ private:
     void fake(std::uint8_t type, xcb_keycode_t key);
 
     X11Connection& connection_;
-    const X11Keyboard& keyboard_;
+    X11Keyboard keyboard_;  // the one that XTEST presses, whose layout the chord is read in
     PrimaryLoan primary_;
     QTimer loan_;
     KeySet lentToFingers_;  // pressed on the XTEST keyboard because fingers hold them

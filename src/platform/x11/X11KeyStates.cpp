@@ -72,4 +72,14 @@ X11KeyStates X11KeyStates::read(X11Connection& connection) {
     return states;
 }
 
+std::optional<std::uint8_t> x11SyntheticKeyboard(X11Connection& connection) {
+    if (!connection.hasExtension(xcb_input_id))
+        return std::nullopt;
+    for (const auto& slave : slaveKeyboards(connection.get())) {
+        if (slave.isSynthetic)
+            return slave.device;
+    }
+    return std::nullopt;
+}
+
 }  // namespace brindle

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstdint>
+#include <optional>
+
 #include "platform/x11/X11Keyboard.h"
 
 namespace brindle {
@@ -13,5 +16,8 @@ struct X11KeyStates {
     /// Asks the server.
     static X11KeyStates read(X11Connection& connection);
 };
+
+/// The keyboard that XTEST presses; none when the server does not tell.
+std::optional<std::uint8_t> x11SyntheticKeyboard(X11Connection& connection);
 
 }  // namespace brindle

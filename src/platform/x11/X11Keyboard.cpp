@@ -18,37 +18,41 @@ constexpr int lockRow = 1;              // of the eight rows of the modifier map
 
 }  // namespace
 
-X11Keyboard::X11Keyboard(X11Connection& connection)
+X11Keyboard::X11Keyboard(X11Connection& connection, std::optional<std::uint8_t> device)
     : connection_(connection), context_(xkb_context_new(XKB_CONTEXT_NO_DEFAULT_INCLUDES), &xkb_context_unref) {
     reload_.setSingleShot(true);
     QObject::connect(&reload_, &QTimer::timeout, [this] { reload(); });
-    followChanges();
+    std::uint8_t firstEvent = 0;
+    const bool hasXkb =
+        xkb_x11_setup_xkb_extension(connection_.get(), XKB_X11_MIN_MAJOR_XKB_VERSION, XKB_X11_MIN_MINOR_XKB_VERSION,
+                                    XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, nullptr, nullptr, &firstEvent, nullptr) != 0;
+    device_ = !hasXkb ? -1 : device ? *device : xkb_x11_get_core_keyboard_device_id(connection_.get());
+    followChanges(firstEvent);
     readKeymap();
     readModifiers();
 }
 
-void X11Keyboard::followChanges() {
+void X11Keyboard::followChanges(std::uint8_t firstXkbEvent) {
     mappingEvents_ = connection_.onEvent(XCB_MAPPING_NOTIFY, [this](const auto&) { reload_.start(0); });
-    std::uint8_t firstEvent = 0;
-    if (xkb_x11_setup_xkb_extension(connection_.get(), XKB_X11_MIN_MAJOR_XKB_VERSION, XKB_X11_MIN_MINOR_XKB_VERSION,
-                                    XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, nullptr, nullptr, &firstEvent, nullptr) == 0)
+    if (device_ < 0)
         return;
     constexpr std::uint16_t whole = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
     constexpr std::uint16_t mapParts = XCB_XKB_MAP_PART_KEY_SYMS | XCB_XKB_MAP_PART_MODIFIER_MAP;
     xcb_xkb_select_events_details_t details{};
+    xcb_xkb_select_events_aux(connection_.get(), static_cast<std::uint16_t>(device_), whole, 0, whole, mapParts,
+                              mapParts, &details);
     details.affectState = details.stateDetails = XCB_XKB_STATE_PART_GROUP_STATE;
-    xcb_xkb_select_events_aux(connection_.get(), XCB_XKB_ID_USE_CORE_KBD, whole | XCB_XKB_EVENT_TYPE_STATE_NOTIFY, 0,
-                              whole, mapParts, mapParts, &details);
-    xkbEvents_ = connection_.onEvent(firstEvent, [this](const auto& event) { handleXkbEvent(event); });
+    xcb_xkb_select_events_aux(connection_.get(), XCB_XKB_ID_USE_CORE_KBD, XCB_XKB_EVENT_TYPE_STATE_NOTIFY, 0, 0, 0, 0,
+                              &details);
+    xkbEvents_ = connection_.onEvent(firstXkbEvent, [this](const auto& event) { handleXkbEvent(event); });
 }
 
 void X11Keyboard::handleXkbEvent(const xcb_generic_event_t& event) {
     const auto& state = reinterpret_cast<const xcb_xkb_state_notify_event_t&>(event);
     if (state.xkbType != XCB_XKB_STATE_NOTIFY) {
-        reload_.start(0);
-        return;
-    }
-    if (layout_ != state.group) {
+        if (state.deviceID == device_)
+            reload_.start(0);
+    } else if (layout_ != state.group) {
         layout_ = state.group;
         changes_.emit();
     }
@@ -62,10 +66,9 @@ void X11Keyboard::reload() {
 
 void X11Keyboard::readKeymap() {
     xcb_connection_t* server = connection_.get();
-    const auto device = xkb_x11_get_core_keyboard_device_id(server);
-    keymap_.reset(device < 0
+    keymap_.reset(device_ < 0
                       ? nullptr
-                      : xkb_x11_keymap_new_from_device(context_.get(), server, device, XKB_KEYMAP_COMPILE_NO_FLAGS));
+                      : xkb_x11_keymap_new_from_device(context_.get(), server, device_, XKB_KEYMAP_COMPILE_NO_FLAGS));
     if (!keymap_)
         return;
     const XcbPointer<xcb_xkb_get_state_reply_t> state(

@@ -20,11 +20,12 @@ class X11Connection;
 /// A set of X key codes.
 using KeySet = std::bitset<256>;
 
-/// The core keyboard: which key types what in the layout in use, and which modifier bits mean what. It follows layout
-/// changes, switches between the layouts of a group and changes of the modifiers. Main thread.
+/// A keyboard of the server, by default the core one: which key types what in the layout in use, and which modifier
+/// bits mean what. Each has a keymap of its own, which the core one takes over when a key on it is pressed; which
+/// layout of the keymap is in use is the core one's to say. This follows all of it. Main thread.
 class X11Keyboard {
 public:
-    explicit X11Keyboard(X11Connection& connection);
+    explicit X11Keyboard(X11Connection& connection, std::optional<std::uint8_t> device = std::nullopt);
     X11Keyboard(const X11Keyboard&) = delete;
     X11Keyboard& operator=(const X11Keyboard&) = delete;
 
@@ -48,7 +49,7 @@ private:
     using Context = std::unique_ptr<xkb_context, decltype(&xkb_context_unref)>;
     using Keymap = std::unique_ptr<xkb_keymap, decltype(&xkb_keymap_unref)>;
 
-    void followChanges();
+    void followChanges(std::uint8_t firstXkbEvent);
     void handleXkbEvent(const xcb_generic_event_t& event);
     void reload();
     void readKeymap();
@@ -57,6 +58,7 @@ private:
     [[nodiscard]] bool types(xcb_keycode_t key, xkb_keysym_t symbol) const;
 
     X11Connection& connection_;
+    std::int32_t device_ = -1;  // negative: the server has no XKB
     Context context_{nullptr, &xkb_context_unref};
     Keymap keymap_{nullptr, &xkb_keymap_unref};
     xkb_layout_index_t layout_ = 0;

@@ -15,12 +15,13 @@ class X11Workspace;
 struct X11ApplicationFacts {
     std::optional<std::string> bundleIdentifier;
     std::optional<std::string> localizedName;
-    std::int32_t processIdentifier = -1;
+    std::int32_t processIdentifier = unknownProcess;
     ActivationPolicy activationPolicy = ActivationPolicy::accessory;
 
     /// Whether someone who compares identifiers or processes takes both for one application.
     [[nodiscard]] bool looksLike(const X11ApplicationFacts& other) const {
-        return bundleIdentifier == other.bundleIdentifier || processIdentifier == other.processIdentifier;
+        return bundleIdentifier == other.bundleIdentifier ||
+               (processIdentifier == other.processIdentifier && processIdentifier != unknownProcess);
     }
 };
 

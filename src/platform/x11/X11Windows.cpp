@@ -126,7 +126,7 @@ WindowNames namesOf(X11Connection& connection, xcb_window_t window) {
 
 std::int32_t processOf(X11Connection& connection, xcb_window_t window) {
     const auto process = connection.firstOfProperty32(window, connection.atom("_NET_WM_PID"), XCB_ATOM_CARDINAL);
-    return process != 0 && isOnThisMachine(connection, window) ? static_cast<std::int32_t>(process) : -1;
+    return process != 0 && isOnThisMachine(connection, window) ? static_cast<std::int32_t>(process) : unknownProcess;
 }
 
 ActivationPolicy policyOf(X11Connection& connection, xcb_window_t window) {

@@ -21,8 +21,7 @@ TEST(X11AccessibilityTrust, IsWhetherTheServerTakesSyntheticKeys) {
     qputenv("DISPLAY", display);
     ASSERT_TRUE(without);
     EXPECT_FALSE(X11AccessibilityTrust(*without).isProcessTrusted(TrustPrompt::ask));
-    const X11Keyboard keyboard(*without);
-    EXPECT_FALSE(X11KeyEvents(*without, keyboard, {}).createSource(EventSourceState::hidSystem));
+    EXPECT_FALSE(X11KeyEvents(*without, {}).createSource(EventSourceState::hidSystem));
     EXPECT_EQ(xcb_connection_has_error(without->get()), 0);
     server.terminate();
     server.waitForFinished();

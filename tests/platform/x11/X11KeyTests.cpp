@@ -84,7 +84,7 @@ protected:
     X11Keyboard keyboard_{*connection_};
     int lent_ = 0;
     int givenBack_ = 0;
-    X11KeyEvents keyEvents_{*connection_, keyboard_, {[this] { ++lent_; }, [this] { ++givenBack_; }}};
+    X11KeyEvents keyEvents_{*connection_, {[this] { ++lent_; }, [this] { ++givenBack_; }}};
 };
 
 TEST_F(X11KeyTest, HotKeyFiresOncePerPressWhateverTheLocks) {
@@ -226,6 +226,23 @@ TEST_F(X11KeyTest, LayoutsMoveTheKey) {
     }
 }
 
+TEST_F(X11KeyTest, SwitchingBetweenLayoutsMovesTheKeyOfFingersAndTheChordStaysReadable) {
+    setLayout("us,us(dvorak)");
+    const std::array places{keyV, xcb_keycode_t{60}};
+    for (std::size_t i = 0; i < 4; ++i) {
+        EXPECT_TRUE(await([&] { return keyboard_.vKey() == places[i % 2]; }));
+        target_.forgetKeys();
+        paste();
+        keysDown(target_.connection());
+        EXPECT_TRUE(await([&] { return !target_.keys().empty() && !target_.keys().back().isPress; }));
+        const auto layout = target_.keys().back().layout;
+        EXPECT_THAT(target_.presses(places[layout]),
+                    ElementsAre(OtherWindow::Key{true, places[layout], control, layout}));
+        hands_.tap(keyCapsLock);
+    }
+    setLayout("us");
+}
+
 TEST_F(X11KeyTest, PastesOnceWhateverFingersHold) {
     struct Case {
         std::vector<xcb_keycode_t> held;
@@ -314,7 +331,7 @@ TEST_F(X11KeyTest, ChordIsTheOneThatTheApplicationTakes) {
 TEST_F(X11KeyTest, QuittingLeavesNoKeyDown) {
     hands_.press(keySuperLeft);
     {
-        X11KeyEvents shortLived(*connection_, keyboard_, {});
+        X11KeyEvents shortLived(*connection_, {});
         const auto source = shortLived.createSource(EventSourceState::hidSystem);
         shortLived.post(EventTapLocation::hid, *shortLived.createKeyEvent(*source, VirtualKey::v, KeyDirection::down));
         EXPECT_TRUE(X11KeyStates::read(*connection_).synthetic.any());

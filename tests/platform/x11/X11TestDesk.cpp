@@ -115,7 +115,7 @@ void OtherWindow::setAtoms(const char* property, const std::vector<std::string>&
 
 void OtherWindow::note(const xcb_generic_event_t& event, bool isPress) {
     const auto& key = reinterpret_cast<const xcb_key_press_event_t&>(event);
-    keys_.push_back({isPress, key.detail, key.state & 0xffU});
+    keys_.push_back({isPress, key.detail, key.state & 0xffU, (key.state >> 13U) & 3U});
 }
 
 void OtherWindow::show() {
@@ -176,7 +176,11 @@ void WindowManager::kill() {
 }
 
 void setLayout(const std::string& layout) {
-    EXPECT_EQ(QProcess::execute("setxkbmap", {"-layout", QString::fromStdString(layout)}), 0);
+    QStringList arguments{"-option", "", "-layout", QString::fromStdString(layout)};
+    if (layout.find(',') != std::string::npos)
+        arguments << "-option"
+                  << "grp:caps_toggle";
+    EXPECT_EQ(QProcess::execute("setxkbmap", arguments), 0);
 }
 
 KeySet keysDown(X11Connection& connection) {

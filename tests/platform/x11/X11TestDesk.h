@@ -71,6 +71,7 @@ public:
         bool isPress;
         xcb_keycode_t key;
         unsigned state;
+        unsigned layout = 0;  ///< of the group, as the application reads the key
         friend bool operator==(const Key&, const Key&) = default;
     };
 
@@ -94,6 +95,7 @@ private:
     void note(const xcb_generic_event_t& event, bool isPress);
 
     std::unique_ptr<X11Connection> connection_ = X11Connection::open();
+    X11Keyboard keyboard_{*connection_};  // only who knows of layouts is told of them
     xcb_window_t window_;
     bool isMapped_ = false;
     std::vector<Key> keys_;
@@ -113,6 +115,7 @@ private:
 };
 
 /// Sets the layout for all keyboards, as a user does in a running session.
+/// With several, Caps Lock goes to the next.
 void setLayout(const std::string& layout);
 
 /// The modifiers and other keys that are down on the core keyboard.
