@@ -41,6 +41,7 @@ public:
     void releaseButton(std::uint8_t button) { moveButton(button, Motion::up); }
     void click(std::uint8_t button = 1);
 
+    [[nodiscard]] int keyboard() const { return keyboard_; }
     [[nodiscard]] const KeySet& held() const { return held_; }
 
 private:
