@@ -1,0 +1,66 @@
+#include "app/BrindleApp.h"
+
+#include <sys/stat.h>
+
+#include <QApplication>
+#include <cstdlib>
+#include <memory>
+
+#include "app/AppDelegate.h"
+#include "base/Log.h"
+#include "platform/Platform.h"
+#include "platform/SingleInstance.h"
+#include "platform/x11/X11Platform.h"
+#include "views/ContentView.h"
+
+namespace brindle {
+
+namespace {
+
+void prepareToolkit() {
+    // Clipboard, tray, grabs and window placement are X11's (Xwayland's in a Wayland session).
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "xcb");
+    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+    QCoreApplication::setApplicationName("brindle");
+    QGuiApplication::setApplicationDisplayName("Brindle");
+    QGuiApplication::setDesktopFileName("org.brindle.Brindle");
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+}
+
+std::unique_ptr<PopoverContent> makeContent(HistoryManager& history, ClipboardMonitor& monitor,
+                                            SettingsManager& settings) {
+    return ContentView::createContent(history, monitor, settings);
+}
+
+}  // namespace
+
+int BrindleApp::run(int argc, char** argv) {
+    // What people copy is theirs alone, whatever the session's own mask says.
+    umask(S_IRWXG | S_IRWXO);
+    if (qEnvironmentVariableIsEmpty("DISPLAY")) {
+        log("Brindle needs an X server: DISPLAY is not set.");
+        return EXIT_FAILURE;
+    }
+    prepareToolkit();
+    const QApplication application(argc, argv);
+
+    const auto desktop = X11Platform::create();
+    if (!desktop) {
+        log("Brindle cannot connect to the X server.");
+        return EXIT_FAILURE;
+    }
+    setPlatform(desktop.get());
+
+    auto& instance = desktop->singleInstance();
+    if (instance.claim() != InstanceClaim::first)
+        return EXIT_SUCCESS;
+
+    const auto delegate = std::make_shared<AppDelegate>(makeContent);
+    desktop->application().setDelegate(delegate.get());
+    delegate->applicationDidFinishLaunching();
+    const auto secondStart = instance.onSecondStart([&delegate] { delegate->togglePopover(); });
+    return QApplication::exec();
+}
+
+}  // namespace brindle
