@@ -11,7 +11,7 @@
 #include "platform/Platform.h"
 #include "platform/SingleInstance.h"
 #include "platform/x11/X11Platform.h"
-#include "views/ContentView.h"
+#include "views/ContentPopover.h"
 
 namespace brindle {
 
@@ -30,7 +30,7 @@ void prepareToolkit() {
 
 std::unique_ptr<PopoverContent> makeContent(HistoryManager& history, ClipboardMonitor& monitor,
                                             SettingsManager& settings) {
-    return ContentView::createContent(history, monitor, settings);
+    return std::make_unique<ContentPopover>(history, monitor, settings);
 }
 
 }  // namespace
