@@ -1,8 +1,7 @@
 #include "app/BrindleApp.h"
 
-#include <sys/stat.h>
-
 #include <QApplication>
+#include <csignal>
 #include <cstdlib>
 #include <memory>
 
@@ -17,10 +16,11 @@ namespace brindle {
 
 namespace {
 
+constexpr const char* toolkitPlatform = "QT_QPA_PLATFORM";
+
 void prepareToolkit() {
     // Clipboard, tray, grabs and window placement are X11's (Xwayland's in a Wayland session).
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "xcb");
+    qputenv(toolkitPlatform, "xcb");
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
     QCoreApplication::setApplicationName("brindle");
     QGuiApplication::setApplicationDisplayName("Brindle");
@@ -36,14 +36,15 @@ std::unique_ptr<PopoverContent> makeContent(HistoryManager& history, ClipboardMo
 }  // namespace
 
 int BrindleApp::run(int argc, char** argv) {
-    // What people copy is theirs alone, whatever the session's own mask says.
-    umask(S_IRWXG | S_IRWXO);
+    // A closed standard output costs log lines, not the program.
+    std::signal(SIGPIPE, SIG_IGN);
     if (qEnvironmentVariableIsEmpty("DISPLAY")) {
         log("Brindle needs an X server: DISPLAY is not set.");
         return EXIT_FAILURE;
     }
     prepareToolkit();
     const QApplication application(argc, argv);
+    qunsetenv(toolkitPlatform);  // not for the programs that we start
 
     const auto desktop = X11Platform::create();
     if (!desktop) {
@@ -60,7 +61,9 @@ int BrindleApp::run(int argc, char** argv) {
     desktop->application().setDelegate(delegate.get());
     delegate->applicationDidFinishLaunching();
     const auto secondStart = instance.onSecondStart([&delegate] { delegate->togglePopover(); });
-    return QApplication::exec();
+    const int exitCode = QApplication::exec();
+    desktop->application().setDelegate(nullptr);
+    return exitCode;
 }
 
 }  // namespace brindle
