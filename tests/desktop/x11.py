@@ -234,9 +234,10 @@ class X11:
             pixels[channel::3] = data[2 - channel::4]
         return pixels
 
-    def screenshot(self, path):
-        width, height = self.rect(self.root)[2:]
-        pixels = self.pixels()
+    def screenshot(self, path, rect=None):
+        rect = rect or self.rect(self.root)
+        width, height = rect[2:]
+        pixels = self.pixels(rect)
         rows = b"".join(b"\0" + pixels[y * width * 3:(y + 1) * width * 3] for y in range(height))
 
         def chunk(kind, body):
