@@ -44,10 +44,8 @@ std::optional<std::uint32_t> toolkitClient() {
 
 }  // namespace
 
-X11MouseMonitor::X11MouseMonitor(X11Connection& connection, std::function<bool(Point)> isOnStatusItem)
-    : connection_(connection),
-      isOnStatusItem_(std::move(isOnStatusItem)),
-      monitors_(std::make_shared<std::vector<std::shared_ptr<Monitor>>>()) {
+X11MouseMonitor::X11MouseMonitor(X11Connection& connection)
+    : connection_(connection), monitors_(std::make_shared<std::vector<std::shared_ptr<Monitor>>>()) {
     grace_.setSingleShot(true);
     grace_.setTimerType(Qt::PreciseTimer);
     QObject::connect(&grace_, &QTimer::timeout, [this] { deliverHeld(); });
@@ -127,11 +125,10 @@ void X11MouseMonitor::claimClick() {
 }
 
 X11MouseMonitor::Target X11MouseMonitor::targetUnderPointer() const {
-    if (isOnStatusItem_ && isOnStatusItem_(pointer()))
-        return Target::ours;
     const auto windows = x11::underPointer(connection_);
     const auto toolkit = toolkitClient();
     const auto own = xcb_get_setup(connection_.get())->resource_id_base;
+    // An icon that a tray embeds is a window of ours too.
     for (const auto window : windows) {
         if (isSameClient(window, own) || (toolkit && isSameClient(window, *toolkit)))
             return Target::ours;

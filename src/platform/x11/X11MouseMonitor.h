@@ -16,8 +16,7 @@ namespace brindle {
 /// the server is asked that right after each.
 class X11MouseMonitor : public MouseMonitor {
 public:
-    /// `isOnStatusItem` says whether a place belongs to our icon in a tray.
-    X11MouseMonitor(X11Connection& connection, std::function<bool(Point)> isOnStatusItem);
+    explicit X11MouseMonitor(X11Connection& connection);
 
     [[nodiscard]] Subscription addGlobalMonitor(std::uint64_t mask, std::function<void()> handler) override;
     [[nodiscard]] Point mouseLocation() const override;
@@ -53,7 +52,6 @@ private:
     [[nodiscard]] Point pointer() const;
 
     X11Connection& connection_;
-    std::function<bool(Point)> isOnStatusItem_;
     Subscription presses_;
     Subscription releases_;
     std::uint64_t pressCount_ = 0;
