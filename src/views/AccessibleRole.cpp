@@ -19,9 +19,11 @@ QAccessibleInterface* makeInterface(const QString&, QObject* object) {
 
 }  // namespace
 
-void setAccessibleRole(QWidget& widget, QAccessible::Role role) {
+void setAccessible(QWidget& widget, QAccessible::Role role, const QString& name) {
     QAccessible::installFactory(makeInterface);
+    // The role first: a new name may have the interface made, which is kept.
     widget.setProperty(roleProperty, static_cast<int>(role));
+    widget.setAccessibleName(name);
 }
 
 }  // namespace brindle

@@ -119,7 +119,10 @@ void ContentView::rebuild() {
     }
     list_->setVisible(shown.has_value());
     // What the panel covers is out of the keyboard's reach.
-    list_->setFocusPolicy(state_.showSettings.value() ? Qt::NoFocus : Qt::TabFocus);
+    const bool isCovered = state_.showSettings.value();
+    list_->setFocusPolicy(isCovered ? Qt::NoFocus : Qt::TabFocus);
+    if (isCovered && window()->focusWidget() == list_.get())
+        setFocus();
     presentations_->refresh(preferredScheme());
     update();
     Q_EMIT rebuilt();

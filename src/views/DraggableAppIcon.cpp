@@ -32,8 +32,7 @@ QPixmap icon(double ratio) {
 DraggableAppIcon::DraggableAppIcon(QWidget* parent) : QWidget(parent) {
     constexpr int side = iconSize + 2 * shadowRoom;
     setFixedSize(side, side);
-    setAccessibleName(QStringLiteral("Brindle"));
-    setAccessibleRole(*this, QAccessible::Graphic);
+    setAccessible(*this, QAccessible::Graphic, QStringLiteral("Brindle"));
     setCursor(Qt::OpenHandCursor);
 }
 

@@ -8,8 +8,7 @@
 namespace brindle {
 
 Label::Label(const QString& text, Look look, QWidget* parent) : QWidget(parent), text_(text), look_(look) {
-    setAccessibleName(text);
-    setAccessibleRole(*this, QAccessible::StaticText);
+    setAccessible(*this, QAccessible::StaticText, text);
     setAttribute(Qt::WA_TransparentForMouseEvents);
 }
 

@@ -48,9 +48,8 @@ ListDialog::ListDialog(const Question& question, Published<bool>& isPresented, s
         const Label::Look look{TextStyle::small, Role::secondaryText, Qt::AlignHCenter};
         message_ = std::make_unique<Label>(question.message, look, this);
     }
-    setAccessibleName(question.title);
+    setAccessible(*this, QAccessible::Dialog, question.title);
     setAccessibleDescription(question.message);
-    setAccessibleRole(*this, QAccessible::Dialog);
     setAttribute(Qt::WA_NoMousePropagation);
     setContextMenuPolicy(Qt::PreventContextMenu);
     connect(&cancelButton_, &PushButton::clicked, this, &ListDialog::cancel);

@@ -54,8 +54,7 @@ protected:
 SegmentedControl::SegmentedControl(const QString& name, const std::vector<QString>& titles,
                                    std::function<void(std::size_t)> choose, QWidget* parent)
     : QWidget(parent) {
-    setAccessibleName(name);
-    setAccessibleRole(*this, QAccessible::Grouping);
+    setAccessible(*this, QAccessible::Grouping, name);
     setFixedSize(controlWidth, controlHeight);
     const double width = (controlWidth - 2.0 * padding) / static_cast<double>(titles.size());
     for (std::size_t i = 0; i < titles.size(); ++i) {

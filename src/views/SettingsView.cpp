@@ -60,8 +60,7 @@ SettingsView::SettingsView(SettingsManager& settingsManager, Published<bool>& is
       themeControl_(
           themeLabel_.text(), titles(allAppThemes, [](AppTheme theme) { return toQString(rawValue(theme)); }),
           [this](std::size_t index) { settingsManager_.setAppTheme(allAppThemes[index]); }, this) {
-    setAccessibleName(title_.text());
-    setAccessibleRole(*this, QAccessible::Dialog);
+    setAccessible(*this, QAccessible::Dialog, title_.text());
     setFixedSize(fixedSize);
     setAttribute(Qt::WA_NoMousePropagation);
     title_.setGeometry(titlePlace);

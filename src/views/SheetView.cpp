@@ -9,8 +9,7 @@
 namespace brindle {
 
 SheetView::SheetView(const QString& name, QSize size, std::function<void()> dismiss) : dismiss_(std::move(dismiss)) {
-    setAccessibleName(name);
-    setAccessibleRole(*this, QAccessible::Dialog);
+    setAccessible(*this, QAccessible::Dialog, name);
     setFixedSize(size);
 }
 

@@ -42,8 +42,7 @@ TabsView::TabsView(const Bindings& bindings, HistoryManager& historyManager, QWi
       bindings_(bindings),
       historyManager_(historyManager),
       addButton_(SymbolButton::Kind::addList, QStringLiteral("Add List"), this) {
-    setAccessibleRole(*this, QAccessible::PageTabList);
-    setAccessibleName(QStringLiteral("Lists"));
+    setAccessible(*this, QAccessible::PageTabList, QStringLiteral("Lists"));
     setContextMenuPolicy(Qt::PreventContextMenu);
     installEventFilter(this);
     addButton_.installEventFilter(this);
