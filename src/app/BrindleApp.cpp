@@ -1,5 +1,7 @@
 #include "app/BrindleApp.h"
 
+#include <xcb/xcb.h>
+
 #include <QApplication>
 #include <csignal>
 #include <cstdlib>
@@ -16,11 +18,15 @@ namespace brindle {
 
 namespace {
 
-constexpr const char* toolkitPlatform = "QT_QPA_PLATFORM";
+/// The toolkit aborts where there is no server.
+bool isServerReachable() {
+    xcb_connection_t* probe = xcb_connect(nullptr, nullptr);
+    const bool isReachable = xcb_connection_has_error(probe) == 0;
+    xcb_disconnect(probe);
+    return isReachable;
+}
 
 void prepareToolkit() {
-    // Clipboard, tray, grabs and window placement are X11's (Xwayland's in a Wayland session).
-    qputenv(toolkitPlatform, "xcb");
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
     QCoreApplication::setApplicationName("brindle");
     QGuiApplication::setApplicationDisplayName("Brindle");
@@ -33,29 +39,44 @@ std::unique_ptr<PopoverContent> makeContent(HistoryManager& history, ClipboardMo
     return std::make_unique<ContentPopover>(history, monitor, settings);
 }
 
+/// Clipboard, tray, grabs and window placement are X11's (Xwayland's in a Wayland session). The arguments are not the
+/// toolkit's to read, and the choice is not for the programs that we start.
+std::unique_ptr<QApplication> makeToolkit(char** argv) {
+    constexpr const char* choice = "QT_QPA_PLATFORM";
+    const bool wasSet = qEnvironmentVariableIsSet(choice);
+    const QByteArray former = qgetenv(choice);
+    qputenv(choice, "xcb");
+    static int count = 1;  // the toolkit keeps a reference
+    auto application = std::make_unique<QApplication>(count, argv);
+    if (wasSet)
+        qputenv(choice, former);
+    else
+        qunsetenv(choice);
+    return application;
+}
+
 }  // namespace
 
-int BrindleApp::run(int argc, char** argv) {
+int BrindleApp::run(char** argv) {
     // A closed standard output costs log lines, not the program.
     std::signal(SIGPIPE, SIG_IGN);
-    if (qEnvironmentVariableIsEmpty("DISPLAY")) {
-        log("Brindle needs an X server: DISPLAY is not set.");
+    if (!isServerReachable()) {
+        log("Brindle needs an X server, and none answers at DISPLAY=" + qEnvironmentVariable("DISPLAY").toStdString());
         return EXIT_FAILURE;
     }
     prepareToolkit();
-    const QApplication application(argc, argv);
-    qunsetenv(toolkitPlatform);  // not for the programs that we start
-
+    const auto application = makeToolkit(argv);
     const auto desktop = X11Platform::create();
-    if (!desktop) {
-        log("Brindle cannot connect to the X server.");
-        return EXIT_FAILURE;
-    }
+    if (!desktop)
+        return EXIT_FAILURE;  // the server went between the two looks at it
     setPlatform(desktop.get());
 
     auto& instance = desktop->singleInstance();
-    if (instance.claim() != InstanceClaim::first)
-        return EXIT_SUCCESS;
+    const auto claim = instance.claim();
+    if (claim == InstanceClaim::held)
+        log("Brindle is running already and does not answer.");
+    if (claim != InstanceClaim::first)
+        return claim == InstanceClaim::handedOver ? EXIT_SUCCESS : EXIT_FAILURE;
 
     const auto delegate = std::make_shared<AppDelegate>(makeContent);
     desktop->application().setDelegate(delegate.get());

@@ -1,5 +1,5 @@
 #include "app/BrindleApp.h"
 
-int main(int argc, char** argv) {
-    return brindle::BrindleApp::run(argc, argv);
+int main(int /*argc*/, char** argv) {
+    return brindle::BrindleApp::run(argv);
 }

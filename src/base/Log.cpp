@@ -1,6 +1,10 @@
 #include "base/Log.h"
 
-#include <cstdio>
+#include <poll.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <string>
 #include <utility>
 
 namespace brindle {
@@ -13,14 +17,19 @@ std::function<void(std::string_view)>& sink() {
 }  // namespace
 
 void log(std::string_view line) {
+    std::string text(line);
+    std::ranges::replace_if(
+        text, [](unsigned char c) { return c < 0x20 || c == 0x7F; }, ' ');
     if (sink()) {
-        sink()(line);
+        sink()(text);
         return;
     }
-    // A closed or full standard output costs the line, never the program.
-    std::fwrite(line.data(), 1, line.size(), stdout);
-    std::fputc('\n', stdout);
-    std::fflush(stdout);
+    // Asked first, because a full pipe or a stopped terminal would hold up the main thread for as long as it likes.
+    pollfd output{STDOUT_FILENO, POLLOUT, 0};
+    if (::poll(&output, 1, 0) != 1 || (output.revents & POLLOUT) == 0)
+        return;
+    text += '\n';
+    [[maybe_unused]] const auto written = ::write(STDOUT_FILENO, text.data(), text.size());  // a full disk: as above
 }
 
 void setLogSink(std::function<void(std::string_view)> next) {

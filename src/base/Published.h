@@ -22,6 +22,9 @@ public:
 
     [[nodiscard]] const T& value() const { return state_->value; }
 
+    /// What `value()` will be when a delivery under way has ended: what a change must start from.
+    [[nodiscard]] const T& latest() const { return state_->pending.empty() ? state_->value : state_->pending.back(); }
+
     void operator=(T next) {  // NOLINT(misc-unconventional-assign-operator): *this may be gone by then
         const auto state = state_;
         state->pending.push_back(std::move(next));

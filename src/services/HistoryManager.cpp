@@ -46,7 +46,7 @@ HistoryManager::HistoryManager(SettingsManager& settingsManager) : settingsManag
 }
 
 void HistoryManager::addItem(const ClipboardItem& item) {
-    const auto& current = history_.value();
+    const auto& current = history_.latest();
     if (!current.empty() && isDuplicate(current.front(), item))
         return;
     std::vector<ClipboardItem> next;
@@ -60,14 +60,14 @@ void HistoryManager::addItem(const ClipboardItem& item) {
 }
 
 void HistoryManager::trimHistory(std::int64_t limit) {
-    auto next = history_.value();
+    auto next = history_.latest();
     if (trim(next, limit))
         history_ = std::move(next);
 }
 
 template <typename Change>
 void HistoryManager::changeEntry(const Uuid& id, Change change) {
-    auto next = history_.value();
+    auto next = history_.latest();
     const auto found = std::ranges::find(next, id, &ClipboardItem::id);
     if (found == next.end())
         return;
@@ -81,7 +81,7 @@ void HistoryManager::togglePin(const ClipboardItem& item) {
 }
 
 void HistoryManager::deleteItem(const ClipboardItem& item) {
-    auto next = history_.value();
+    auto next = history_.latest();
     std::erase_if(next, [&item](const ClipboardItem& entry) { return entry.id == item.id; });
     history_ = std::move(next);
     saveHistory();
@@ -92,14 +92,14 @@ void HistoryManager::moveItem(const ClipboardItem& item, std::optional<Uuid> lis
 }
 
 void HistoryManager::createList(std::string_view name) {
-    auto next = customLists_.value();
+    auto next = customLists_.latest();
     next.push_back({Uuid::generate(), std::string(name), platform().mainQueue().now()});
     customLists_ = std::move(next);
     saveLists();
 }
 
 void HistoryManager::renameList(const CustomList& list, std::string_view newName) {
-    auto next = customLists_.value();
+    auto next = customLists_.latest();
     const auto found = std::ranges::find(next, list.id, &CustomList::id);
     if (found == next.end())
         return;
@@ -110,10 +110,10 @@ void HistoryManager::renameList(const CustomList& list, std::string_view newName
 
 void HistoryManager::deleteList(const CustomList& list) {
     const Uuid id = list.id;  // the list may be one of those that go
-    auto lists = customLists_.value();
+    auto lists = customLists_.latest();
     std::erase_if(lists, [&id](const CustomList& other) { return other.id == id; });
     customLists_ = std::move(lists);
-    auto entries = history_.value();
+    auto entries = history_.latest();
     for (ClipboardItem& entry : entries) {
         if (entry.listId == id)
             entry.listId.reset();
@@ -124,11 +124,11 @@ void HistoryManager::deleteList(const CustomList& list) {
 }
 
 void HistoryManager::saveHistory() {
-    platform().defaults().setData(storageKey_, encodeHistory(history_.value()));
+    platform().defaults().setData(storageKey_, encodeHistory(history_.latest()));
 }
 
 void HistoryManager::saveLists() {
-    platform().defaults().setData(listsStorageKey_, encodeLists(customLists_.value()));
+    platform().defaults().setData(listsStorageKey_, encodeLists(customLists_.latest()));
 }
 
 void HistoryManager::loadHistory() {

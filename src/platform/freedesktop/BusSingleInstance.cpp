@@ -41,11 +41,16 @@ QDBusError::ErrorType callToggle(QDBusConnection& bus) {
 }  // namespace
 
 InstanceClaim BusSingleInstance::claim() {
-    auto bus = sessionBus();
-    if (const auto answer = bus ? claimOn(*bus) : std::nullopt)
-        return *answer;
+    // The lock first, because it lies beside what it guards: two sessions of one user have two buses and one history.
     lock_ = std::make_unique<LockFileInstance>([this] { starts_.emit(); });
-    return lock_->claim();
+    const auto byLock = lock_->claim();
+    if (byLock == InstanceClaim::handedOver)
+        return byLock;
+    auto bus = sessionBus();
+    const auto byBus = bus ? claimOn(*bus) : std::nullopt;
+    if (byLock == InstanceClaim::first)
+        return byBus.value_or(InstanceClaim::first);
+    return byBus == InstanceClaim::handedOver ? InstanceClaim::handedOver : InstanceClaim::held;
 }
 
 /// None when the bus does not answer.

@@ -9,8 +9,9 @@
 
 namespace brindle {
 
-/// Holds the name org.brindle.Brindle on the session bus until the process ends. Another start calls Toggle there;
-/// so can a desktop's own shortcut. Without a bus a lock file stands in.
+/// Holds a lock beside the stored data, and where there is a session bus the name org.brindle.Brindle on it, until the
+/// process ends. Another start tells this one by the lock's socket or by Toggle on the bus; so can a desktop's own
+/// shortcut.
 class BusSingleInstance : public QObject, public SingleInstance {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.brindle.Brindle")

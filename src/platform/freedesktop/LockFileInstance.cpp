@@ -8,7 +8,7 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdlib>
+#include <cerrno>
 #include <optional>
 #include <utility>
 
@@ -22,9 +22,6 @@ namespace {
 constexpr int socketType = SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK;
 
 std::string folder() {
-    const char* runtime = std::getenv("XDG_RUNTIME_DIR");
-    if (runtime != nullptr && runtime[0] == '/' && ::faccessat(AT_FDCWD, runtime, W_OK | X_OK, AT_EACCESS) == 0)
-        return runtime;
     return xdg::dataHome() + "/brindle";
 }
 
@@ -54,9 +51,9 @@ InstanceClaim LockFileInstance::claim() {
     (void)files::makeFolders(folder());  // a failure shows as the lock's
     const auto socket = folder() + "/brindle.socket";
     lock_ = ::open((folder() + "/brindle.lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NONBLOCK, S_IRUSR | S_IWUSR);
-    if (lock_ >= 0 && ::flock(lock_, LOCK_EX | LOCK_NB) != 0)
+    if (lock_ >= 0 && ::flock(lock_, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)
         return tell(socket) ? InstanceClaim::handedOver : InstanceClaim::held;
-    // Where no file can be made, running unguarded is better than not running.
+    // Where no file can be made or locked, running unguarded is better than not running.
     if (lock_ >= 0)
         listen(socket);
     return InstanceClaim::first;

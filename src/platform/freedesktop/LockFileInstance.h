@@ -9,8 +9,7 @@
 
 namespace brindle {
 
-/// One process of the user's by a lock on a file in $XDG_RUNTIME_DIR, or else beside the data. The socket next to it
-/// tells of later starts. The lock is held until the process ends.
+/// One process for the stored data by a lock on a file beside it. The socket next to it tells of later starts. The lock is held until the process ends.
 class LockFileInstance {
 public:
     explicit LockFileInstance(std::function<void()> onSecondStart);

@@ -66,12 +66,14 @@ bool QtPopover::isShown() const {
 void QtPopover::show(Rect anchor, RectEdge /*preferredEdge*/) {
     const QRect place = toQRect(anchor);
     const QRect available = screenAt(place.center()).availableGeometry();
+    focusLoss_.stop();
     window_.moveContentTo(frameBesideAnchor(place, window_.contentFrame().size(), available).topLeft());
     window_.show();
     window_.raise();
 }
 
 void QtPopover::performClose() {
+    focusLoss_.stop();
     window_.close();
 }
 
