@@ -11,6 +11,7 @@
 #include "base/Log.h"
 #include "platform/Platform.h"
 #include "platform/SingleInstance.h"
+#include "platform/freedesktop/SessionBus.h"
 #include "platform/x11/X11Platform.h"
 #include "views/ContentPopover.h"
 
@@ -66,6 +67,7 @@ int BrindleApp::run(char** argv) {
     }
     prepareToolkit();
     const auto application = makeToolkit(argv);
+    neverStartSessionBus();
     const auto desktop = X11Platform::create();
     if (!desktop)
         return EXIT_FAILURE;  // the server went between the two looks at it

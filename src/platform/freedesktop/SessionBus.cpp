@@ -9,8 +9,10 @@ namespace brindle {
 
 namespace {
 
+constexpr const char* addressVariable = "DBUS_SESSION_BUS_ADDRESS";
+
 bool isSetUp() {
-    if (const char* address = std::getenv("DBUS_SESSION_BUS_ADDRESS"); address != nullptr && address[0] != '\0')
+    if (const char* address = std::getenv(addressVariable); address != nullptr && address[0] != '\0')
         return true;
     const char* folder = std::getenv("XDG_RUNTIME_DIR");
     struct stat status {};
@@ -19,6 +21,14 @@ bool isSetUp() {
 }
 
 }  // namespace
+
+void neverStartSessionBus() {
+    if (isSetUp())
+        return;
+    ::setenv(addressVariable, "disabled:", 1);
+    (void)QDBusConnection::sessionBus();  // the toolkit keeps the connection, here the failed one
+    ::unsetenv(addressVariable);
+}
 
 std::optional<QDBusConnection> sessionBus() {
     if (!isSetUp())

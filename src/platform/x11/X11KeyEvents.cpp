@@ -106,7 +106,8 @@ void X11KeyEvents::postPaste() {
     for (auto key = keys.rbegin(); key != keys.rend(); ++key)
         fake(XCB_KEY_RELEASE, *key);
     // At once: a repeat of a held V without its modifiers would be typed.
-    putBack(states.fingers & keyboard_.modifierKeys());
+    // Not where no release could be heard: what we press would stay down.
+    putBack(rawEvents_ ? states.fingers & keyboard_.modifierKeys() : KeySet{});
 }
 
 void X11KeyEvents::takeUp(const X11KeyStates& states, xcb_keycode_t lastKey) {
