@@ -54,6 +54,15 @@ void HistoryView::mouseReleaseEvent(QMouseEvent* event) {
         row(*index).pasteItem();
 }
 
+/// The release and the leaving of a mouse that was at work here go elsewhere.
+void HistoryView::hideEvent(QHideEvent* event) {
+    QAbstractScrollArea::hideEvent(event);
+    pressedId_.reset();
+    pointer_.reset();
+    scrollBar_.release();
+    scrollBar_.pointerLeft();
+}
+
 void HistoryView::wheelEvent(QWheelEvent* event) {
     double distance = event->pixelDelta().y();
     if (distance == 0)

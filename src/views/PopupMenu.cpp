@@ -1,11 +1,17 @@
 #include "views/PopupMenu.h"
 
+#include <QFontMetrics>
 #include <QMenu>
 
 #include "platform/qt/MenuStyle.h"
 #include "views/Fonts.h"
+#include "views/OneLine.h"
 
 namespace brindle {
+
+namespace {
+constexpr int longestTitle = 240;  // points; the name of a list may be a page long
+}
 
 QMenu* newMenu(QWidget* parent, int width) {
     auto* menu = new QMenu(parent);
@@ -17,7 +23,8 @@ QMenu* newMenu(QWidget* parent, int width) {
 }
 
 QString menuTitle(const QString& words) {
-    QString title = words;
+    const QFontMetrics metrics(textFont(TextStyle::body));
+    QString title = metrics.elidedText(oneLine(words), Qt::ElideRight, longestTitle);
     return title.replace(u'&', QStringLiteral("&&"));
 }
 

@@ -6,6 +6,7 @@
 #include <array>
 #include <utility>
 
+#include "views/OneLine.h"
 #include "views/Palette.h"
 #include "views/TabAccessible.h"
 
@@ -18,9 +19,6 @@ constexpr double padding = 6;
 constexpr double gap = 4;
 constexpr double radius = 6;
 constexpr double longestTitle = 180;
-
-/// More than these never fit; without the limit a name of megabytes would be laid out whole.
-constexpr qsizetype mostCharacters = 400;
 
 constexpr double countOpacity = 0.8;
 
@@ -37,16 +35,6 @@ constexpr Appearance unselected = {{std::nullopt, Role::tabHover, Role::tabPress
 constexpr Appearance selected = {{Role::selection, Role::selectionHover, Role::selectionPressed},
                                  {Role::primaryText, Role::primaryText, Role::primaryText},
                                  Role::focusRingOnSelection};
-
-QString oneLine(const QString& title) {
-    QString line = title.left(mostCharacters);
-    for (QChar& character : line) {
-        if (character.category() == QChar::Other_Control || character == QChar::LineSeparator ||
-            character == QChar::ParagraphSeparator)
-            character = QChar::Space;
-    }
-    return line;
-}
 
 void announceSelection(QWidget& tab) {
     if (!QAccessible::isActive())

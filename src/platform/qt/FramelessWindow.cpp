@@ -1,5 +1,6 @@
 #include "platform/qt/FramelessWindow.h"
 
+#include <QApplication>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QPainter>
@@ -165,6 +166,11 @@ void FramelessWindow::hideEvent(QHideEvent* event) {
     QWidget::hideEvent(event);
     if (event->spontaneous())
         return;
+    // A menu is a window of its own and would stay behind.
+    while (auto* menu = QApplication::activePopupWidget()) {
+        if (FramelessWindow::of(menu) != this || !menu->close())
+            break;
+    }
     // Left to itself, a window manager may give the focus to another program.
     if (auto* owner = FramelessWindow::of(parentWidget()))
         owner->takeFocus();
