@@ -24,7 +24,7 @@ std::string file(const Bundle& bundle) {
 }
 
 /// A path as the first argument of Exec: quoted, with a field code's sign doubled, and then escaped once more as every
-/// value of a desktop entry is (Desktop Entry Specification, "The Exec key").
+/// value of a desktop entry is (freedesktop, Desktop Entry, "The Exec key").
 std::string execValue(std::string_view path) {
     std::string value = "\"";
     for (const char each : path) {

@@ -9,7 +9,8 @@
 
 namespace brindle {
 
-/// One process for the stored data by a lock on a file beside it. The socket next to it tells of later starts. The lock is held until the process ends.
+/// One process for the stored data by a lock on a file beside it. The socket next to it tells of later starts. The lock
+/// is held until the process ends.
 class LockFileInstance {
 public:
     explicit LockFileInstance(std::function<void()> onSecondStart);
