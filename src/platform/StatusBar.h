@@ -41,8 +41,7 @@ public:
     [[nodiscard]] virtual StatusButton* button() = 0;  ///< null: this desktop gives none
     /// The menu for the next `performClick`; none takes it away (one that is open stays until it is closed).
     virtual void setMenu(std::optional<Menu> menu) = 0;
-    /// For trays that draw the menu themselves and report no right click: asked when such a tray wants it, and never
-    /// shown elsewhere.
+    /// For trays that draw the menu themselves and report no right click: asked for at once, and never shown elsewhere.
     virtual void setHostMenu(std::function<Menu()> makeMenu) = 0;
 };
 
