@@ -141,7 +141,7 @@ TEST_F(X11KeyTest, HotKeyThatAnotherProgramHoldsIsRefusedWhole) {
         rival.grab(superMask | shift | lock);
         EXPECT_EQ(hotKeys.registerHotKey(vCode, popoverModifiers, hotKeyId, hotKey), XCB_ACCESS);
         EXPECT_EQ(hotKey, 7U);
-        EXPECT_TRUE(rival.canGrab(superMask | shift));
+        EXPECT_TRUE(await([&] { return rival.canGrab(superMask | shift); }));
     }
     EXPECT_EQ(hotKeys.registerHotKey(vCode, popoverModifiers, hotKeyId, hotKey), noError);
     EXPECT_FALSE(Rival().canGrab(superMask | shift));
