@@ -5,24 +5,21 @@
 namespace brindle {
 namespace {
 
-std::string nameIn(const std::string& locale) {
-    const auto entry = parseDesktopEntry(
+TEST(DesktopEntry, PrefersTheNameWhoseLocaleSaysMost) {
+    const std::string text =
         "[Desktop Entry]\nType=Application\n"
         "Name[sr_RS@latin]=country and modifier\nName[sr@latin]=modifier\nName[sr_RS]=country\nName[sr]=language\n"
-        "Name=plain\nName[de_AT]=austrian\nName[]=nothing\n",
-        locale);
-    return entry ? entry->name : "none";
-}
-
-TEST(DesktopEntry, PrefersTheNameWhoseLocaleSaysMost) {
-    EXPECT_EQ(nameIn("sr_RS.UTF-8@latin"), "country and modifier");
-    EXPECT_EQ(nameIn("sr_RS.UTF-8"), "country");
-    EXPECT_EQ(nameIn("sr_ME@latin"), "modifier");
-    EXPECT_EQ(nameIn("sr_ME"), "language");
-    EXPECT_EQ(nameIn("sr"), "language");
-    EXPECT_EQ(nameIn("de_DE.UTF-8"), "plain");
-    EXPECT_EQ(nameIn("C"), "plain");
-    EXPECT_EQ(nameIn(""), "plain");
+        "Name=plain\nName[de_AT]=austrian\nName[]=nothing\n";
+    const std::pair<const char*, const char*> names[] = {
+        {"sr_RS.UTF-8@latin", "country and modifier"},
+        {"sr_RS.UTF-8", "country"},
+        {"sr_ME@latin", "modifier"},
+        {"sr_ME", "language"},
+        {"de_DE.UTF-8", "plain"},
+        {"", "plain"},
+    };
+    for (const auto& [locale, name] : names)
+        EXPECT_EQ(parseDesktopEntry(text, locale)->name, name) << locale;
 }
 
 TEST(DesktopEntry, ReadsItsOwnGroupOnlyAndUndoesTheEscapes) {

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusVariant>
 #include <QObject>
@@ -16,35 +17,30 @@ class FakePortal : public QObject {
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
 
 public:
-    uint scheme = 1;
     int questions = 0;
 
 public Q_SLOTS:
     Q_SCRIPTABLE QDBusVariant Read(const QString& group, const QString& key) {
         ++questions;
-        const bool isKnown =
-            group == QLatin1String("org.freedesktop.appearance") && key == QLatin1String("color-scheme");
-        return QDBusVariant(QVariant::fromValue(QDBusVariant(isKnown ? scheme : 0U)));
+        const bool isKnown = group == "org.freedesktop.appearance" && key == "color-scheme";
+        return QDBusVariant(QVariant::fromValue(QDBusVariant(isKnown ? 1U : 0U)));
     }
 };
 
 namespace {
 
-const auto path = QStringLiteral("/org/freedesktop/portal/desktop");
-
-void announce(const QDBusConnection& bus, const char* group, const char* key, uint value) {
-    auto signal = QDBusMessage::createSignal(path, QStringLiteral("org.freedesktop.portal.Settings"),
-                                             QStringLiteral("SettingChanged"));
-    signal << QString::fromUtf8(group) << QString::fromUtf8(key) << QVariant::fromValue(QDBusVariant(value));
-    EXPECT_TRUE(bus.send(signal));
-}
-
 TEST(PortalColorSchemes, FollowsThePortal) {
     const PrivateBus daemon;
-    auto bus = QDBusConnection::connectToBus(daemon.address(), QStringLiteral("portal"));
+    auto bus = QDBusConnection::connectToBus(qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"), "portal");
+    const QString path = "/org/freedesktop/portal/desktop";
     FakePortal portal;
     ASSERT_TRUE(bus.registerObject(path, &portal, QDBusConnection::ExportScriptableContents));
-    ASSERT_TRUE(bus.registerService(QStringLiteral("org.freedesktop.portal.Desktop")));
+    ASSERT_TRUE(bus.registerService("org.freedesktop.portal.Desktop"));
+    const auto announce = [&](const char* group, const char* key, uint value) {
+        auto signal = QDBusMessage::createSignal(path, "org.freedesktop.portal.Settings", "SettingChanged");
+        signal << group << key << QVariant::fromValue(QDBusVariant(value));
+        EXPECT_TRUE(bus.send(signal));
+    };
 
     ColorScheme palette = ColorScheme::light;
     PortalColorSchemes schemes([&] { return palette; });
@@ -54,28 +50,25 @@ TEST(PortalColorSchemes, FollowsThePortal) {
     EXPECT_TRUE(await([&] { return changes == 1; }));
     EXPECT_EQ(schemes.systemColorScheme(), ColorScheme::dark);
 
-    announce(bus, "org.freedesktop.appearance", "contrast", 2);
-    announce(bus, "other", "color-scheme", 2);
-    announce(bus, "org.freedesktop.appearance", "color-scheme", 2);
+    announce("org.freedesktop.appearance", "contrast", 2);
+    announce("other", "color-scheme", 2);
+    announce("org.freedesktop.appearance", "color-scheme", 2);
     EXPECT_TRUE(await([&] { return changes == 2; }));
     EXPECT_EQ(schemes.systemColorScheme(), ColorScheme::light);
 
     palette = ColorScheme::dark;
-    announce(bus, "org.freedesktop.appearance", "color-scheme", 0);
+    announce("org.freedesktop.appearance", "color-scheme", 0);
     EXPECT_TRUE(await([&] { return changes == 3; }));
     EXPECT_EQ(schemes.systemColorScheme(), ColorScheme::dark);
     EXPECT_EQ(portal.questions, 1);
 }
 
 TEST(PortalColorSchemes, AnswersWithThePaletteWithoutAPortalOrABus) {
-    const PortalColorSchemes schemes([] { return ColorScheme::dark; });
     qunsetenv("DBUS_SESSION_BUS_ADDRESS");
     qunsetenv("XDG_RUNTIME_DIR");
-    EXPECT_EQ(schemes.systemColorScheme(), ColorScheme::dark);
-
+    EXPECT_EQ(PortalColorSchemes([] { return ColorScheme::dark; }).systemColorScheme(), ColorScheme::dark);
     const PrivateBus daemon;
-    const PortalColorSchemes second([] { return ColorScheme::dark; });
-    EXPECT_EQ(second.systemColorScheme(), ColorScheme::dark);
+    EXPECT_EQ(PortalColorSchemes([] { return ColorScheme::dark; }).systemColorScheme(), ColorScheme::dark);
 }
 
 }  // namespace

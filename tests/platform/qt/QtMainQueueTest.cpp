@@ -5,41 +5,33 @@
 #include <optional>
 #include <string>
 
-#include "platform/qt/Waiting.h"
+#include "platform/Await.h"
 
 namespace brindle {
 namespace {
 
-using testing::ElementsAre;
-
-TEST(QtMainQueue, RunsStepsByDeadlineAndThenInTheOrderOfTheCalls) {
+TEST(QtMainQueue, RunsStepsByDeadlineThenInTheOrderOfTheCallsAndNeverEarly) {
     QtMainQueue queue;
     std::vector<std::string> order;
-    const auto note = [&order](const char* name) { return [&order, name] { order.emplace_back(name); }; };
-    queue.after(0.03, note("30 ms"));
-    queue.after(0.01, note("10 ms"));
-    queue.post(note("first post"));
-    queue.after(-1, note("overdue"));
-    queue.post([&] {
-        queue.post(note("posted by a step"));
-        order.emplace_back("second post");
-    });
-    EXPECT_TRUE(order.empty()) << "no step runs within a call";
-    ASSERT_TRUE(eventually([&] { return order.size() == 6; }));
-    EXPECT_THAT(order, ElementsAre("first post", "overdue", "second post", "posted by a step", "10 ms", "30 ms"));
-}
-
-TEST(QtMainQueue, IsNeverEarly) {
-    QtMainQueue queue;
-    int early = 0;
-    int count = 0;
-    for (const double seconds : {0.0004, 0.0011, 0.008, 0.0125, 0.03})
-        queue.after(seconds, [&, due = queue.uptime() + seconds] {
-            early += queue.uptime() < due ? 1 : 0;
-            ++count;
+    const auto add = [&](double seconds, const char* name) {
+        queue.after(seconds, [&, name, due = queue.uptime() + seconds] {
+            EXPECT_GE(queue.uptime(), due) << name;
+            order.emplace_back(name);
         });
-    ASSERT_TRUE(eventually([&] { return count == 5; }));
-    EXPECT_EQ(early, 0);
+    };
+    add(0.03, "30 ms");
+    add(0.0125, "12.5 ms");
+    add(0.0011, "1.1 ms");
+    add(0.0004, "0.4 ms");
+    queue.post([&] {
+        order.emplace_back("first post");
+        queue.post([&] { order.emplace_back("posted by a step"); });
+    });
+    add(-1, "overdue");
+    EXPECT_TRUE(order.empty()) << "no step runs within a call";
+    ASSERT_TRUE(await([&] { return order.size() == 7; }));
+    EXPECT_THAT(order, testing::ElementsAre("first post", "overdue", "posted by a step", "0.4 ms", "1.1 ms", "12.5 ms",
+                                            "30 ms"));
 }
 
 TEST(QtMainQueue, RepeatsUntilTheSubscriptionGoesAndSkipsMissedTicks) {
@@ -56,7 +48,7 @@ TEST(QtMainQueue, RepeatsUntilTheSubscriptionGoesAndSkipsMissedTicks) {
         }
     });
     const double start = queue.uptime();
-    ASSERT_TRUE(eventually([&] { return later != 0; }));
+    ASSERT_TRUE(await([&] { return later != 0; }));
     EXPECT_EQ(later, 3);
     EXPECT_GE(queue.uptime() - start, 0.055) << "a missed tick was made up for";
 }
@@ -71,7 +63,7 @@ TEST(QtMainQueue, DropsPendingStepsWhenItGoes) {
     QtMainQueue other;
     bool isOver = false;
     other.after(0.01, [&] { isOver = true; });
-    ASSERT_TRUE(eventually([&] { return isOver; }));
+    ASSERT_TRUE(await([&] { return isOver; }));
     EXPECT_EQ(runs, 0);
 }
 
