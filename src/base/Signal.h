@@ -72,8 +72,6 @@ public:
         state->sweep();
     }
 
-    [[nodiscard]] bool hasListeners() const { return !state_->slots.empty(); }
-
 private:
     struct Slot {
         Listener listener;

@@ -166,10 +166,6 @@ void activateTarget() {
 
 }  // namespace
 
-bool PasteService::isPasting() {
-    return isLocked;
-}
-
 void PasteService::paste() {
     if (isLocked)
         return;

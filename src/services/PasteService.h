@@ -11,8 +11,6 @@ public:
     /// Returns at once; the key chord follows 0.11 s later or as soon as the target is frontmost, at most about 1.3 s
     /// later. Does nothing while an earlier call holds the lock (until 0.05 s after its post, 1 s at most).
     static void paste();
-
-    [[nodiscard]] static bool isPasting();
 };
 
 }  // namespace brindle

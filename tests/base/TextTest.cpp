@@ -43,7 +43,6 @@ TEST(TextSearchTest, IgnoresCaseAndTheEncodingOfAccentsButNotTheAccents) {
                         {"e", "café", false},
                         {"e", "cafe\u0301", false},
                         {"e", "été de", true},
-                        {"x", "x\u0302", false},
                         {"straße", "STRASSE", true},
                         {"ΣΊΣΥΦΟΣ", "σίσυφος", true},
                         {"и", "й", false},
@@ -51,27 +50,21 @@ TEST(TextSearchTest, IgnoresCaseAndTheEncodingOfAccentsButNotTheAccents) {
                         {"I", "istanbul", true},
                         {"日本", "一日本語", true},
                         {"日本x", "日本", false},
+                        {"b",
+                         "a\xFF\xFE"
+                         "b",
+                         true},
+                        {"\xC3", "a", false},
+                        {"a", "\xE2\x82", false},
                     });
 }
 
 TEST(TextSearchTest, FollowsTheLettersOfTurkish) {
-    expectAll("tr", {
-                        {"I", "ılık", true},
-                        {"I", "istanbul", false},
-                        {"istanbul", "İSTANBUL", true},
-                        {"istanbul", "I\u0307STANBUL", true},
-                        {"istanbul", "ISTANBUL", false},
-                        {"abc", "ABC", true},
-                    });
-}
-
-TEST(TextSearchTest, IllFormedTextIsSearchedAroundItsFaults) {
-    expectAll("en", {{"b",
-                      "a\xFF\xFE"
-                      "b",
-                      true},
-                     {"\xC3", "a", false},
-                     {"a", "\xE2\x82", false}});
+    expectAll("tr", {{"I", "ılık", true},
+                     {"I", "istanbul", false},
+                     {"istanbul", "İSTANBUL", true},
+                     {"istanbul", "I\u0307STANBUL", true},
+                     {"istanbul", "ISTANBUL", false}});
 }
 
 TEST(UnicodeTest, IllFormedPiecesAreReplacedOneByOne) {
@@ -112,7 +105,6 @@ TEST(UnicodeTest, AsciiIsToldFromTheRestAtEveryPlace) {
 TEST(UnicodeTest, TrimmingTakesWhiteSpaceFromBothEndsOnly) {
     EXPECT_EQ(unicode::trimmed(" \t\r\n a\u00A0b \u3000\u2028\u0085"), "a\u00A0b");
     EXPECT_EQ(unicode::trimmed("\u3000 "), "");
-    EXPECT_EQ(unicode::trimmed(""), "");
     EXPECT_EQ(unicode::trimmed(" \x80 "), "\x80");
 }
 

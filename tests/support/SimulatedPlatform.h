@@ -1,10 +1,8 @@
 #pragma once
 
+#include "base/Log.h"
 #include "platform/Platform.h"
-#include "support/Journal.h"
-#include "support/SimulatedDesktop.h"
 #include "support/SimulatedKeys.h"
-#include "support/SimulatedMainQueue.h"
 #include "support/SimulatedStorage.h"
 #include "support/SimulatedSurface.h"
 
@@ -15,8 +13,15 @@ namespace brindle::test {
 class SimulatedPlatform final : public Platform {
 public:
     /// Becomes the platform of this process and takes the log's lines into the journal, until it is destroyed.
-    SimulatedPlatform();
-    ~SimulatedPlatform() override;
+    SimulatedPlatform() {
+        setPlatform(this);
+        setLogSink([this](std::string_view line) { journal.add("log " + std::string(line)); });
+    }
+    ~SimulatedPlatform() override {
+        queue.advance(2);  // what lives as long as the process ends its timed steps
+        setLogSink({});
+        setPlatform(nullptr);
+    }
 
     AccessibilityTrust& accessibilityTrust() override { return trust; }
     Application& application() override { return self; }

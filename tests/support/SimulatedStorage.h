@@ -1,6 +1,5 @@
 #pragma once
 
-#include <map>
 #include <variant>
 
 #include "platform/Bundle.h"
@@ -8,7 +7,7 @@
 #include "platform/DefaultsStore.h"
 #include "platform/LoginItem.h"
 #include "platform/SingleInstance.h"
-#include "support/Journal.h"
+#include "support/SimulatedDesktop.h"
 
 /// What a simulated desktop keeps for this program and knows of it.
 namespace brindle::test {
@@ -23,9 +22,12 @@ public:
 
     explicit SimulatedDefaults(Journal& journal) : journal_(journal) {}
 
-    std::optional<std::string> data(std::string_view key) const override;
-    std::optional<std::string> string(std::string_view key) const override;
-    std::int64_t integer(std::string_view key) const override;
+    std::optional<std::string> data(std::string_view key) const override {
+        const auto stored = find<Data>(key);
+        return stored ? std::optional(stored->bytes) : std::nullopt;
+    }
+    std::optional<std::string> string(std::string_view key) const override { return find<std::string>(key); }
+    std::int64_t integer(std::string_view key) const override { return find<std::int64_t>(key).value_or(0); }
     bool boolean(std::string_view key) const override { return integer(key) != 0; }
     void setData(std::string_view key, std::string_view bytes) override { set(key, Data{std::string(bytes)}); }
     void setString(std::string_view key, std::string_view text) override { set(key, std::string(text)); }
@@ -40,8 +42,18 @@ public:
 
 private:
     template <typename T>
-    const T* find(std::string_view key) const;
-    void set(std::string_view key, Value value);
+    std::optional<T> find(std::string_view key) const {
+        const auto found = values.find(key);
+        const auto* stored = found == values.end() ? nullptr : std::get_if<T>(&found->second);
+        return stored ? std::optional(*stored) : std::nullopt;
+    }
+    void set(std::string_view key, Value value) {
+        journal_.add((failsWrites ? "cannot store " : "store ") + std::string(key));
+        if (failsWrites)
+            return;
+        values.insert_or_assign(std::string(key), std::move(value));
+        changes_.emit(key);
+    }
 
     Journal& journal_;
     Signal<std::string_view> changes_;
@@ -50,16 +62,12 @@ private:
 class SimulatedLoginItem final : public LoginItem {
 public:
     explicit SimulatedLoginItem(Journal& journal) : journal_(journal) {}
-    std::optional<std::string> registerItem() override { return report("register login item"); }
-    std::optional<std::string> unregisterItem() override { return report("unregister login item"); }
+    std::optional<std::string> registerItem() override { return journal_.add("register login item"), failure; }
+    std::optional<std::string> unregisterItem() override { return journal_.add("unregister login item"), failure; }
 
     std::optional<std::string> failure;
 
 private:
-    std::optional<std::string> report(const char* line) {
-        journal_.add(line);
-        return failure;
-    }
     Journal& journal_;
 };
 
@@ -73,19 +81,12 @@ public:
     std::optional<std::string> imageNamed(std::string_view name) const override { return find(images, name); }
     std::optional<std::string> symbolNamed(std::string_view name) const override { return find(symbols, name); }
 
-    using Table = std::map<std::string, std::string, std::less<>>;
     std::optional<std::string> identifier = "org.example.Self";
     std::optional<std::string> resources = "/opt/self/resources";
     std::optional<std::string> executable = "/opt/self/bin/self";
     Table info = {{"CFBundleShortVersionString", "1.2.3"}};
     Table images = {{"AppIconOutline", "outline.svg"}};
     Table symbols = {{"doc.on.clipboard", "clipboard.svg"}};
-
-private:
-    static std::optional<std::string> find(const Table& table, std::string_view key) {
-        const auto found = table.find(key);
-        return found == table.end() ? std::nullopt : std::optional(found->second);
-    }
 };
 
 class SimulatedSystemInformation final : public SystemInformation {
@@ -112,16 +113,8 @@ private:
 
 class SimulatedSingleInstance final : public SingleInstance {
 public:
-    InstanceClaim claim() override { return answer; }
-    Subscription onSecondStart(std::function<void()> observer) override {
-        return starts_.subscribe(std::move(observer));
-    }
-
-    void startAgain() { starts_.emit(); }
-    InstanceClaim answer = InstanceClaim::first;
-
-private:
-    Signal<> starts_;
+    InstanceClaim claim() override { return InstanceClaim::first; }
+    Subscription onSecondStart(std::function<void()> /*observer*/) override { return {}; }
 };
 
 }  // namespace brindle::test

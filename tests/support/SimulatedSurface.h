@@ -2,7 +2,6 @@
 
 #include "platform/Popover.h"
 #include "platform/StatusBar.h"
-#include "support/Journal.h"
 #include "support/SimulatedDesktop.h"
 
 /// What a simulated desktop shows of this program: the status item and the popover.
@@ -13,20 +12,59 @@ public:
     SimulatedStatusBar(Journal& journal, SimulatedOwnApplication& application)
         : journal_(journal), application_(application) {}
 
-    std::unique_ptr<StatusItem> createStatusItem(double length) override;
+    std::unique_ptr<StatusItem> createStatusItem(double length) override {
+        journal_.add(printed("status item %g", length));
+        return std::make_unique<Item>(*this);
+    }
 
     /// The user clicks the icon.
-    void click(EventType button);
+    void click(EventType button) {
+        if ((item_->mask & (button == EventType::rightMouseUp ? rightMouseUpMask : leftMouseUpMask)) == 0)
+            return;
+        application_.event = button;
+        item_->performClick();
+        application_.event = EventType::other;
+    }
     /// The user chooses from the menu that a right click opened.
-    void choose(const std::string& title);
+    void choose(const std::string& title) {
+        for (const MenuItem& item : std::exchange(openMenu_, {})) {
+            if (item.title == title)
+                item.action();
+        }
+    }
     /// What a tray that draws the menu itself would show.
-    Menu hostMenu() const;
-
-    bool hasButton = true;
-    Rect bounds = {{1000, 0}, {24, 24}};
+    Menu hostMenu() const { return item_->makeHostMenu(); }
 
 private:
-    class Item;
+    struct Item final : StatusItem, StatusButton {
+        explicit Item(SimulatedStatusBar& itsBar) : bar(itsBar) { bar.item_ = this; }
+        ~Item() override { bar.item_ = nullptr; }
+
+        StatusButton* button() override { return this; }
+        void setMenu(std::optional<Menu> next) override { menu = std::move(next); }
+        void setHostMenu(std::function<Menu()> makeMenu) override { makeHostMenu = std::move(makeMenu); }
+        Rect bounds() const override { return {{1000, 0}, {24, 24}}; }
+        void setImage(const Image& image) override {
+            bar.journal_.add("status icon " + image.path + printed(" %gx%g", image.size.width, image.size.height) +
+                             (image.isTemplate ? " template" : ""));
+        }
+        void setAction(std::function<void()> next) override { action = std::move(next); }
+        void sendActionOn(std::uint64_t next) override { mask = next; }
+        void performClick() override {
+            if (!menu)
+                return action();
+            bar.openMenu_ = *menu;
+            for (const MenuItem& item : *menu)
+                bar.journal_.add("menu: " + item.title + " (" + item.keyEquivalent + ")");
+        }
+
+        SimulatedStatusBar& bar;
+        std::optional<Menu> menu;
+        std::function<Menu()> makeHostMenu;
+        std::function<void()> action;
+        std::uint64_t mask = 0;
+    };
+
     Journal& journal_;
     SimulatedOwnApplication& application_;
     Item* item_ = nullptr;
@@ -38,19 +76,42 @@ public:
     SimulatedPopover(Journal& journal, SimulatedPopover*& place) : journal_(journal), place_(place) { place_ = this; }
     ~SimulatedPopover() override { place_ = nullptr; }
 
-    void setContentSize(Size points) override;
-    void setBehavior(PopoverBehavior behavior) override;
-    void setAnimates(bool animates) override;
-    void setContent(std::unique_ptr<PopoverContent> content) override;
+    void setContentSize(Size points) override {
+        frame_.size = points;
+        journal_.add(printed("popover size %gx%g", points.width, points.height));
+    }
+    void setBehavior(PopoverBehavior behavior) override {
+        isTransient_ = behavior == PopoverBehavior::transient;
+        journal_.add(printed("popover behavior %d", static_cast<int>(behavior)));
+    }
+    void setAnimates(bool animates) override {
+        journal_.add(animates ? "popover animates" : "popover does not animate");
+    }
+    void setContent(std::unique_ptr<PopoverContent> content) override {
+        content_ = std::move(content);
+        journal_.add("popover content");
+    }
     bool isShown() const override { return isShown_; }
-    void show(Rect anchor, RectEdge preferredEdge) override;
-    void performClose() override;
-    std::optional<Rect> windowFrame() const override;
+    void show(Rect anchor, RectEdge edge) override {
+        isShown_ = true;
+        frame_.origin = {anchor.origin.x, anchor.origin.y + anchor.size.height};
+        journal_.add(
+            printed("popover shown at %g,%g edge %d", frame_.origin.x, frame_.origin.y, static_cast<int>(edge)));
+    }
+    void performClose() override {
+        isShown_ = false;
+        journal_.add("popover closed");
+    }
+    std::optional<Rect> windowFrame() const override { return content_ ? std::optional(frame_) : std::nullopt; }
     void makeKeyWindow() override { journal_.add("popover has the keyboard"); }
 
     /// What a transient popover does when the focus goes to another program.
-    void closeByItself();
-    PopoverContent* content() const { return content_.get(); }
+    void closeByItself() {
+        if (!isShown_ || !isTransient_)
+            return;
+        isShown_ = false;
+        journal_.add("popover closed by itself");
+    }
 
 private:
     Journal& journal_;
@@ -63,8 +124,13 @@ private:
 
 class SimulatedPopovers final : public Popovers {
 public:
-    SimulatedPopovers(Journal& journal, SimulatedWorkspace& workspace, const SimulatedOwnApplication& application);
-    std::unique_ptr<Popover> createPopover() override;
+    SimulatedPopovers(Journal& journal, SimulatedWorkspace& workspace, const SimulatedOwnApplication& application)
+        : journal_(journal),
+          focus_(workspace.onDidActivateApplication([this, &application](const RunningApplicationHandle& app) {
+              if (popover && app != application.self)
+                  popover->closeByItself();
+          })) {}
+    std::unique_ptr<Popover> createPopover() override { return std::make_unique<SimulatedPopover>(journal_, popover); }
 
     SimulatedPopover* popover = nullptr;  ///< the one there is
 

@@ -43,8 +43,8 @@ void installDemoImages(SimulatedPlatform& sim) {
         sim.package.symbols[symbol] = std::string(BRINDLE_RESOURCES "/symbols/") + symbol + ".svg";
     for (const char* application : {"term", "mail", "code", "web", "chat", "note"}) {
         const std::string path = std::string("/usr/share/applications/") + application;
-        sim.desktop.applicationPaths.emplace_back(application, path);
-        sim.desktop.icons.emplace_back(path, std::string(BRINDLE_DEMO_ICONS "/") + application + ".svg");
+        sim.desktop.applicationPaths[application] = path;
+        sim.desktop.icons[path] = std::string(BRINDLE_DEMO_ICONS "/") + application + ".svg";
     }
 }
 
