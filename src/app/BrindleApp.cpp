@@ -1,5 +1,6 @@
 #include "app/BrindleApp.h"
 
+#include <sys/prctl.h>
 #include <xcb/xcb.h>
 
 #include <QApplication>
@@ -25,6 +26,12 @@ bool isServerReachable() {
     const bool isReachable = xcb_connection_has_error(probe) == 0;
     xcb_disconnect(probe);
     return isReachable;
+}
+
+/// What people copy must neither land in a core dump nor be read out of this process by their other programs. A limit
+/// of the dump's size would not do: it does not hold for a collector, and the programs that we start inherit it.
+void keepMemoryPrivate() {
+    ::prctl(PR_SET_DUMPABLE, 0, 0, 0, 0);
 }
 
 void prepareToolkit() {
@@ -59,6 +66,7 @@ std::unique_ptr<QApplication> makeToolkit(char** argv) {
 }  // namespace
 
 int BrindleApp::run(char** argv) {
+    keepMemoryPrivate();
     // A closed standard output costs log lines, not the program.
     std::signal(SIGPIPE, SIG_IGN);
     if (!isServerReachable()) {
