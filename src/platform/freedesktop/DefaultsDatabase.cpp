@@ -27,9 +27,11 @@ constexpr const char* tableIsOurs =
     " AND (SELECT group_concat(name || ' ' || upper(type) || ' ' || \"notnull\" || ' ' || pk)"
     " FROM pragma_table_xinfo('defaults')) = 'key TEXT 1 1,value ANY 1 0'";
 
-// Every write waits for the disk. A large write leaves a large log; it shrinks to this at the next one.
+// Every write waits for the disk. A large write leaves a large log; it shrinks to this at the next one. What people
+// copied gets into no temporary file.
 constexpr const char* durability =
-    "PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL; PRAGMA journal_size_limit = 4194304;";
+    "PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL; PRAGMA journal_size_limit = 4194304;"
+    "PRAGMA temp_store = MEMORY;";
 
 /// As a URI for reading where the log's files cannot be made. Without a log the file alone is the whole truth, and need
 /// not be guarded against a writer.
