@@ -55,7 +55,16 @@ std::optional<SelectionEncoding> selectionEncoding(std::string_view target) {
     return std::nullopt;
 }
 
+/// A long text would be copied at each doubling, for 50 ms in the end. Room that is never touched costs addresses only.
+void SelectionTextDecoder::makeRoom(std::size_t count) {
+    constexpr std::size_t longText = std::size_t{8} << 20U;  // bytes: a few milliseconds of copying
+    constexpr std::size_t growth = 16;
+    if (text_.size() + count > text_.capacity() && text_.size() + count > longText)
+        text_.reserve((text_.size() + count) * growth);
+}
+
 void SelectionTextDecoder::append(std::string_view piece) {
+    makeRoom(piece.size());
     if (encoding_ == SelectionEncoding::latin1) {
         appendLatin1(piece);
         return;

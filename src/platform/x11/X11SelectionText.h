@@ -30,6 +30,7 @@ public:
     [[nodiscard]] std::string take();
 
 private:
+    void makeRoom(std::size_t count);
     void appendUtf8(std::string_view bytes);
     void appendLatin1(std::string_view bytes);
     void turnIntoLatin1();
