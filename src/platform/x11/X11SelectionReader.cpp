@@ -36,7 +36,7 @@ X11SelectionReader::X11SelectionReader(X11Connection& connection, xcb_atom_t sel
     : connection_(connection), selection_(selection), limits_(limits), completion_(std::move(completion)) {
     patience_.setSingleShot(true);
     patience_.setTimerType(Qt::PreciseTimer);
-    QObject::connect(&patience_, &QTimer::timeout, &patience_, [this] { finish(std::nullopt); });
+    QObject::connect(&patience_, &QTimer::timeout, &patience_, [this] { giveUp(); });
     nextPiece_.setSingleShot(true);
     QObject::connect(&nextPiece_, &QTimer::timeout, &nextPiece_, [this] { readPiece(); });
 }
@@ -234,6 +234,11 @@ void X11SelectionReader::handleTargets() {
 }
 
 void X11SelectionReader::handleRefusal() {
+    // Who marks a text and does not say as what may well have marked a secret.
+    if (stage_ == Stage::hint) {
+        finish(std::nullopt);
+        return;
+    }
     // Some owners know no TARGETS and yet give a text.
     if (stage_ == Stage::targets)
         textTargets_ = {connection_.atom("STRING"), connection_.atom("UTF8_STRING")};
@@ -243,10 +248,15 @@ void X11SelectionReader::handleRefusal() {
 void X11SelectionReader::await(Wait wait) {
     wait_ = wait;
     if (end_.hasExpired())
-        finish(std::nullopt);
+        giveUp();
     else
         patience_.start(std::min(inMilliseconds(limits_.deadline),
                                  inMilliseconds(static_cast<double>(end_.remainingTime()) / 1000)));
+}
+
+void X11SelectionReader::giveUp() {
+    log("The program that owns the clipboard does not answer in time; its text is left out.");
+    finish(std::nullopt);
 }
 
 void X11SelectionReader::finish(std::optional<SharedText> text) {

@@ -38,6 +38,7 @@ public:
     /// Starts anew; `time` is when the owner took the selection, as its notice says.
     void start(xcb_timestamp_t time);
     void abandon();
+    [[nodiscard]] bool isReading() const { return wait_ != Wait::nothing; }
 
     [[nodiscard]] bool hasWindow(xcb_window_t window) const;
     void handleAnswer(const xcb_selection_notify_event_t& answer);
@@ -59,6 +60,7 @@ private:
     void handleTargets();
     void handleRefusal();
     void await(Wait wait);
+    void giveUp();
     void finish(std::optional<SharedText> text);
 
     X11Connection& connection_;
