@@ -246,10 +246,10 @@ class Desktop:
             self.run("xclip", "-i", "-quiet", "-selection", "clipboard", "-t", target, stdin=file)
         self.wait_for(lambda: self.x.owner("CLIPBOARD") not in (0, before), 10, "xclip owns the clipboard")
 
-    def own(self, targets, *options):
-        """A clipboard owner that serves exactly these targets; `--silent` answers nobody."""
+    def own(self, targets, way="honest"):
+        """A clipboard owner that serves exactly these targets, in one of owner.py's ways."""
         served = [f"{target}={data.hex()}" for target, data in targets.items()]
-        owner = self.run(sys.executable, str(HERE / "owner.py"), *options, *served, stdout=subprocess.PIPE)
+        owner = self.run(sys.executable, str(HERE / "owner.py"), way, *served, stdout=subprocess.PIPE)
         assert owner.stdout.readline() == b"owner\n", self.output_of(owner)
         return owner
 

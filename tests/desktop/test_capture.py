@@ -64,20 +64,6 @@ class CaptureTest(DesktopTest):
         desktop.copy("there before")
         Brindle(desktop).await_contents(["there before"])
 
-    def test_a_silent_owner_costs_nothing(self):
-        desktop, brindle = self.start(tray=None)
-        desktop.own({"UTF8_STRING": b"never given"}, "--silent")
-        time.sleep(0.6)  # it is being read now
-        pressed = time.monotonic()
-        brindle.open()
-        self.assertLess(time.monotonic() - pressed, 1)
-        desktop.copy("the next copy")
-        brindle.await_contents(["the next copy"], 2)
-        desktop.own({"UTF8_STRING": b"never given"}, "--silent")
-        time.sleep(4)  # past the deadline after which an owner is given up
-        desktop.copy("after the deadline")
-        brindle.await_contents(["after the deadline", "the next copy"], 2)
-
 
 if __name__ == "__main__":
     unittest.main()

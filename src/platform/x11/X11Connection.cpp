@@ -1,5 +1,6 @@
 #include "platform/x11/X11Connection.h"
 
+#include <poll.h>
 #include <xcb/xinput.h>
 
 #include <QAbstractEventDispatcher>
@@ -169,6 +170,13 @@ void X11Connection::readEvents() {
         // Everything is stored already, and without a server no part of the program can go on.
         std::_Exit(EXIT_FAILURE);
     }
+}
+
+void X11Connection::handleEventsWithin(std::chrono::milliseconds limit) {
+    dispatchQueued();
+    pollfd socket{xcb_get_file_descriptor(connection_), POLLIN, 0};
+    if (::poll(&socket, 1, static_cast<int>(limit.count())) > 0)
+        readEvents();
 }
 
 void X11Connection::dispatchQueued() {

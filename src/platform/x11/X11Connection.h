@@ -3,6 +3,7 @@
 #include <xcb/xcb.h>
 
 #include <QObject>
+#include <chrono>
 #include <cstdint>
 #include <cstdlib>
 #include <functional>
@@ -78,6 +79,9 @@ public:
     [[nodiscard]] xcb_window_t selectionOwner(xcb_atom_t selection);
 
     void flush() { xcb_flush(connection_); }
+
+    /// Waits for events without a main loop and handles them; for a program that is about to end.
+    void handleEventsWithin(std::chrono::milliseconds limit);
 
 private:
     explicit X11Connection(xcb_connection_t* connection, int screenNumber);

@@ -1,5 +1,6 @@
 #include "platform/x11/X11Pasteboard.h"
 
+#include <chrono>
 #include <utility>
 
 namespace brindle {
@@ -9,6 +10,8 @@ namespace {
 constexpr std::uint32_t allOwnerChanges = XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
                                           XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
                                           XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE;
+
+constexpr std::chrono::seconds handOverLimit{1};
 
 /// Hands the events of a core type to `handler` as what they are.
 template <typename Event, typename Handler>
@@ -76,6 +79,11 @@ void X11Pasteboard::handleNotice(const xcb_xfixes_selection_notify_event_t& noti
         reader_.start(notice.selection_timestamp);
         return;
     }
+    const bool isGivenUp = notice.subtype == XCB_XFIXES_SELECTION_EVENT_SET_SELECTION_OWNER;
+    if (!isGivenUp && text_ && !reader_.isReading()) {
+        server_.inherit(clipboard_, *text_, notice.timestamp);
+        return;
+    }
     reader_.abandon();
     settle(std::nullopt);
 }
@@ -99,6 +107,18 @@ void X11Pasteboard::setString(const SharedText& text) {
     reader_.abandon();
     text_ = text;
     server_.own(clipboard_, text_);
+}
+
+void X11Pasteboard::handOver() {
+    bool isAnswered = false;
+    const auto answers = onCoreEvent<xcb_selection_notify_event_t>(
+        connection_, XCB_SELECTION_NOTIFY,
+        [&](const auto& event) { isAnswered = isAnswered || event.requestor == server_.window(); });
+    if (!server_.askToSave(clipboard_))
+        return;
+    const QDeadlineTimer end(handOverLimit);
+    while (!isAnswered && !end.hasExpired())
+        connection_.handleEventsWithin(std::chrono::milliseconds(end.remainingTime()));
 }
 
 void X11Pasteboard::lendPrimary(const SharedText& text) {

@@ -18,6 +18,9 @@ namespace brindle {
 /// grabbed on another connection. What the toolkit puts there (a copy in a text field of ours) is read like any other
 /// program's.
 ///
+/// While an owner lives nobody takes the selection from it, so that what else it offers is pasted unharmed. When it
+/// ends without having emptied the clipboard, its text, if it was had, is served from here on as the same change.
+///
 /// One rule follows: nothing in this process may read CLIPBOARD through the toolkit, which would wait for the main
 /// thread to serve it.
 class X11Pasteboard final : public Pasteboard {
@@ -29,6 +32,10 @@ public:
     [[nodiscard]] std::optional<SharedText> string() const override { return text_; }
     void clearContents() override;
     void setString(const SharedText& text) override;
+
+    /// Before the program ends: has the desktop's clipboard manager, if there is one, take over the text that is served
+    /// here. Returns when it has or after a second; nothing but the clipboard's events is handled meanwhile.
+    void handOver();
 
     /// Owns the PRIMARY selection with this text, for programs that paste from nowhere else. Who had it before does not
     /// get it back.

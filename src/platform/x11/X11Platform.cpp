@@ -31,6 +31,10 @@ X11Platform::X11Platform(Connections connections)
       mouseMonitor_(*desktop_),
       statusClicks_(statusBar_.onClick([this] { mouseMonitor_.claimClick(); })) {}
 
+X11Platform::~X11Platform() {
+    pasteboard_.handOver();
+}
+
 PrimaryLoan X11Platform::primaryLoan() {
     return {[this] {
                 if (const auto text = pasteboard_.string())

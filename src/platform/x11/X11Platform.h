@@ -33,6 +33,8 @@ class X11Platform final : public Platform {
 public:
     /// Null when the server cannot be reached.
     static std::unique_ptr<X11Platform> create();
+    /// Leaves the text that it serves to the desktop's clipboard manager.
+    ~X11Platform() override;
 
     AccessibilityTrust& accessibilityTrust() override { return accessibilityTrust_; }
     Application& application() override { return application_; }

@@ -6,7 +6,6 @@
 #include <functional>
 #include <iterator>
 #include <utility>
-#include <vector>
 
 #include "platform/x11/X11SelectionText.h"
 
@@ -51,6 +50,30 @@ void X11SelectionServer::own(xcb_atom_t selection, std::optional<SharedText> tex
     // with a time before the last change the server would refuse.
     xcb_set_selection_owner(connection_.get(), window_, selection, XCB_CURRENT_TIME);
     (void)connection_.selectionOwner(selection);  // an answer says that the server knows
+}
+
+void X11SelectionServer::inherit(xcb_atom_t selection, const SharedText& text, xcb_timestamp_t time) {
+    if (connection_.selectionOwner(selection) != XCB_WINDOW_NONE)
+        return;
+    // With the time of the end the server refuses when somebody takes it between the question and this.
+    xcb_set_selection_owner(connection_.get(), window_, selection, time);
+    if (connection_.selectionOwner(selection) == window_)
+        owned_[selection] = {text, time, 1};
+}
+
+bool X11SelectionServer::askToSave(xcb_atom_t selection) {
+    const auto found = owned_.find(selection);
+    const auto manager = connection_.atom("CLIPBOARD_MANAGER");
+    if (found == owned_.end() || !found->second.text || connection_.selectionOwner(manager) == XCB_WINDOW_NONE)
+        return false;
+    const auto targets = textTargetAtoms();
+    const auto property = connection_.atom("BRINDLE_SAVE_TARGETS");
+    xcb_change_property(connection_.get(), XCB_PROP_MODE_REPLACE, window_, property, XCB_ATOM_ATOM, 32,
+                        static_cast<std::uint32_t>(targets.size()), targets.data());
+    xcb_convert_selection(connection_.get(), window_, manager, connection_.atom("SAVE_TARGETS"), property,
+                          XCB_CURRENT_TIME);
+    connection_.flush();
+    return true;
 }
 
 void X11SelectionServer::giveUp(xcb_atom_t selection) {
@@ -121,11 +144,18 @@ bool X11SelectionServer::convert(const Owned& owned, xcb_window_t requestor, xcb
 void X11SelectionServer::announceTargets(const Owned& owned, xcb_window_t requestor, xcb_atom_t property) {
     std::vector targets = {connection_.atom("TARGETS"), connection_.atom("TIMESTAMP"), connection_.atom("MULTIPLE")};
     if (owned.text) {
-        for (const auto& known : textTargets)
-            targets.push_back(connection_.atom(known.target));
+        const auto texts = textTargetAtoms();
+        targets.insert(targets.end(), texts.begin(), texts.end());
     }
     xcb_change_property(connection_.get(), XCB_PROP_MODE_REPLACE, requestor, property, XCB_ATOM_ATOM, 32,
                         static_cast<std::uint32_t>(targets.size()), targets.data());
+}
+
+std::vector<xcb_atom_t> X11SelectionServer::textTargetAtoms() {
+    std::vector<xcb_atom_t> atoms;
+    for (const auto& known : textTargets)
+        atoms.push_back(connection_.atom(known.target));
+    return atoms;
 }
 
 bool X11SelectionServer::convertMultiple(const Owned& owned, xcb_window_t requestor, xcb_atom_t property) {

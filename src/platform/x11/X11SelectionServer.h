@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 #include "base/SharedText.h"
 #include "platform/x11/X11Connection.h"
@@ -31,6 +32,11 @@ public:
     /// Takes a selection and serves the text, or nothing. The server knows when this returns. Its notice of the new
     /// owner goes to the window above and must be passed on to `noteOwnership`.
     void own(xcb_atom_t selection, std::optional<SharedText> text);
+    /// Takes a selection whose owner went at `time`, unless it has a new one.
+    void inherit(xcb_atom_t selection, const SharedText& text, xcb_timestamp_t time);
+    /// Asks the desktop's clipboard manager to fetch the text and take over. Its answer goes to the window above; false
+    /// when there is nobody to ask.
+    bool askToSave(xcb_atom_t selection);
     /// Leaves the selection without an owner, unless another program has it already.
     void giveUp(xcb_atom_t selection);
     void noteOwnership(xcb_atom_t selection, xcb_timestamp_t time);
@@ -64,6 +70,7 @@ private:
     bool convert(const Owned& owned, xcb_window_t requestor, xcb_atom_t target, xcb_atom_t property);
     bool convertText(const SharedText& text, xcb_window_t requestor, xcb_atom_t target, xcb_atom_t property);
     bool convertMultiple(const Owned& owned, xcb_window_t requestor, xcb_atom_t property);
+    [[nodiscard]] std::vector<xcb_atom_t> textTargetAtoms();
     void announceTargets(const Owned& owned, xcb_window_t requestor, xcb_atom_t property);
     void startTransfer(Transfer transfer);
     void sendChunk(Transfer& transfer);

@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <array>
 #include <memory>
 #include <string>
 #include <vector>
@@ -126,6 +127,9 @@ TEST_F(X11PasteboardTest, GetsFromEveryKindOfOwnerWhatThereIsToGet) {
         {"is no secret", {{"UTF8_STRING", utf8("pw")}, {"x-kde-passwordManagerHint", utf8("public")}}, "pw"},
         {"does not say its secret",
          {{"UTF8_STRING", utf8("pw")}, {"x-kde-passwordManagerHint", TestAnswer::stillness()}},
+         "(none)"},
+        {"marks it and refuses to say as what",
+         {{"UTF8_STRING", utf8("pw")}, {"x-kde-passwordManagerHint", refusal}},
          "(none)"},
         {"is an image", {{"image/png", TestAnswer::text("\x89PNG", "image/png")}}, "(none)"},
         {"sends in chunks", {{"UTF8_STRING", TestAnswer::inChunks({"a\xE2", "\x82", "\xAC z"})}}, "a€ z"},
@@ -280,6 +284,44 @@ TEST_F(X11PasteboardTest, ServesALargeTextToManyAtOnceAndOneWhoStopsHindersNobod
     EXPECT_TRUE(await([&] { return first.isAnswered() && second.isAnswered(); }));
     EXPECT_TRUE(first.arrived() == large);
     EXPECT_TRUE(second.arrived() == large);
+}
+
+TEST_F(X11PasteboardTest, ServesSeveralTargetsAtOnce) {
+    pasteboard_->setString("café");
+    auto& x = peer_.connection();
+    const std::array pairs = {x.atom("UTF8_STRING"), x.atom("FIRST"),    x.atom("image/png"),
+                              x.atom("SECOND"),      x.atom("MULTIPLE"), x.atom("THIRD")};
+    xcb_change_property(x.get(), XCB_PROP_MODE_REPLACE, peer_.window(), x.atom("TEST_ANSWER"), x.atom("ATOM_PAIR"), 32,
+                        pairs.size(), pairs.data());
+    EXPECT_THAT(*peer_.askForAtoms("MULTIPLE"),
+                testing::ElementsAre("UTF8_STRING", "FIRST", "image/png", "", "MULTIPLE", ""));
+    EXPECT_EQ(x.property(peer_.window(), x.atom("FIRST"), x.atom("UTF8_STRING")), "café");
+}
+
+TEST_F(X11PasteboardTest, ServesTheTextThatAnOwnerLeavesBehindAsTheSameChange) {
+    const auto own = [this](TestPeer& owner, TestAnswers answers, std::int64_t count) {
+        owner.own(std::move(answers));
+        EXPECT_TRUE(counts(count));
+    };
+    const TestAnswers secret = {{"UTF8_STRING", TestAnswer::text("pw")},
+                                {"x-kde-passwordManagerHint", TestAnswer::text("secret")}};
+    auto ended = std::make_unique<TestPeer>();
+    own(*ended, {{"UTF8_STRING", TestAnswer::text("left")}, {"text/html", TestAnswer::text("<b>")}}, 1);
+    EXPECT_EQ(peer_.askForAtoms("TARGETS")->size(), 2U) << "a living owner keeps its clipboard";
+    ended->die();
+    EXPECT_TRUE(await([&] { return peer_.paste() == "left"; }));
+    EXPECT_EQ(pasteboard_->changeCount(), 1);
+    TestPeer manager;
+    own(manager, secret, 2);
+    manager.die();
+    EXPECT_TRUE(counts(3));
+    EXPECT_EQ(peer_.paste(), std::nullopt);
+    TestPeer heir;
+    own(heir, {{"UTF8_STRING", TestAnswer::text("first")}}, 4);
+    heir.die();
+    peer_.own({{"UTF8_STRING", TestAnswer::text("successor")}});
+    EXPECT_TRUE(counts(5));
+    EXPECT_EQ(peer_.connection().selectionOwner(peer_.connection().atom("CLIPBOARD")), peer_.window());
 }
 
 TEST_F(X11PasteboardTest, LendsPrimaryForAMoment) {
