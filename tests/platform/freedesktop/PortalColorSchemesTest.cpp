@@ -63,14 +63,6 @@ TEST(PortalColorSchemes, FollowsThePortal) {
     EXPECT_EQ(portal.questions, 1);
 }
 
-TEST(PortalColorSchemes, AnswersWithThePaletteWithoutAPortalOrABus) {
-    qunsetenv("DBUS_SESSION_BUS_ADDRESS");
-    qunsetenv("XDG_RUNTIME_DIR");
-    EXPECT_EQ(PortalColorSchemes([] { return ColorScheme::dark; }).systemColorScheme(), ColorScheme::dark);
-    const PrivateBus daemon;
-    EXPECT_EQ(PortalColorSchemes([] { return ColorScheme::dark; }).systemColorScheme(), ColorScheme::dark);
-}
-
 }  // namespace
 }  // namespace brindle
 

@@ -122,15 +122,6 @@ TEST_F(QtPopoverTest, PaintsShadowHairlineAndCornersOverTheContent) {
     EXPECT_GT(shadowed.pixelColor(200, below).alpha(), shadowed.pixelColor(200, below + 20).alpha());
 }
 
-TEST_F(QtPopoverTest, ClosesOnEscapeThatItsContentDoesNotWant) {
-    show();
-    auto& field = *widget_->findChild<QLineEdit*>();
-    press(field, Qt::Key_F5);
-    EXPECT_TRUE(popover_.isShown());
-    press(field, Qt::Key_Escape);
-    EXPECT_FALSE(popover_.isShown());
-}
-
 TEST_F(QtPopoverTest, StaysForAMenuAndAHeldButtonAndClosesWhenTheFocusIsElsewhere) {
     show();
     // The toolkit's word that no window of the program has the focus; this desktop never takes it away.
