@@ -17,30 +17,24 @@ constexpr unsigned lock = XCB_MOD_MASK_LOCK;
 constexpr unsigned control = XCB_MOD_MASK_CONTROL;
 constexpr unsigned superMask = XCB_MOD_MASK_4;
 constexpr std::uint32_t popoverModifiers = hotKeyModifiers::command | hotKeyModifiers::shift;
-constexpr HotKeyId hotKeyId{0x11223344, 1};
-constexpr EventTypeSpec pressed{0x6B657962, 5};
 constexpr auto vCode = static_cast<std::uint32_t>(VirtualKey::v);
 constexpr TapRequest cycling{.key = VirtualKey::v, .flags = eventFlags::control | eventFlags::command};
 
 /// A client that grabs keys for itself.
 class Rival {
 public:
-    void grab(unsigned modifiers, xcb_keycode_t key = keyV) {
+    bool grab(unsigned modifiers, xcb_keycode_t key = keyV) {
         const auto cookie =
             xcb_grab_key_checked(connection_->get(), 0, connection_->root(), static_cast<std::uint16_t>(modifiers), key,
                                  XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-        const XcbPointer<xcb_generic_error_t> error(xcb_request_check(connection_->get(), cookie));
-        EXPECT_FALSE(error);
+        return !XcbPointer<xcb_generic_error_t>(xcb_request_check(connection_->get(), cookie));
     }
-    [[nodiscard]] bool canGrab(unsigned modifiers, xcb_keycode_t key = keyV) {
-        const auto cookie =
-            xcb_grab_key_checked(connection_->get(), 0, connection_->root(), static_cast<std::uint16_t>(modifiers), key,
-                                 XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-        const XcbPointer<xcb_generic_error_t> error(xcb_request_check(connection_->get(), cookie));
-        if (!error)
+    bool canGrab(unsigned modifiers, xcb_keycode_t key = keyV) {
+        const bool could = grab(modifiers, key);
+        if (could)
             xcb_ungrab_key(connection_->get(), key, connection_->root(), static_cast<std::uint16_t>(modifiers));
         keysDown(*connection_);
-        return !error;
+        return could;
     }
 
 private:
@@ -75,6 +69,21 @@ protected:
         return found;
     }
 
+    std::int32_t registerHotKey() { return hotKeys_.registerHotKey(vCode, popoverModifiers, {0x11223344, 1}, hotKey_); }
+    /// A tap for cycling that counts its presses.
+    std::unique_ptr<EventTap> tap(std::function<void()> step = [] {}) {
+        return taps_.create(cycling, [this, step](const TappedKey& key) {
+            EXPECT_EQ(key.flags, cycling.flags);
+            ++tapped_;
+            step();
+            return TapVerdict::remove;
+        });
+    }
+    void awaitNoKeyDown() {
+        EXPECT_TRUE(await([&] { return X11KeyStates::read(*connection_).synthetic.none(); }));
+        EXPECT_EQ(keysDown(*connection_).count(), 0U);
+    }
+
     Hands hands_;
     OtherWindow target_;
     std::unique_ptr<X11Connection> connection_ = X11Connection::open();
@@ -82,98 +91,86 @@ protected:
     int lent_ = 0;
     int givenBack_ = 0;
     X11KeyEvents keyEvents_{*connection_, {[this] { ++lent_; }, [this] { ++givenBack_; }}};
+    X11HotKeys hotKeys_{*connection_, keyboard_};
+    HotKeyRef hotKey_ = 7;
+    int fired_ = 0;
+    EventHandlerRef handler_ = hotKeys_.installEventHandler({0x6B657962, 5}, [this] { ++fired_; });
+    X11EventTaps taps_{*connection_, keyboard_};
+    int tapped_ = 0;
 };
 
 TEST_F(X11KeyTest, HotKeyFiresOncePerPressWhateverTheLocks) {
-    X11HotKeys hotKeys(*connection_, keyboard_);
-    HotKeyRef hotKey = 0;
-    ASSERT_EQ(hotKeys.registerHotKey(vCode, popoverModifiers, hotKeyId, hotKey), noError);
-    EXPECT_NE(hotKey, 0U);
-    int fired = 0;
-    EXPECT_NE(hotKeys.installEventHandler(pressed, [&] { ++fired; }), 0U);
+    ASSERT_EQ(registerHotKey(), noError);
     int expected = 0;
     for (const auto lockKey : {xcb_keycode_t{0}, keyCapsLock, keyNumLock}) {
         if (lockKey != 0)
             hands_.tap(lockKey);
         hands_.chord({keySuperLeft, keyShiftRight, keyV});
         ++expected;
-        EXPECT_TRUE(await([&] { return fired == expected; }));
+        EXPECT_TRUE(await([&] { return fired_ == expected; }));
         if (lockKey != 0)
             hands_.tap(lockKey);
     }
     hands_.chord({keySuperLeft, keyShiftLeft, keyControlLeft, keyV});
     EXPECT_THAT(seen(), ElementsAre(OtherWindow::Key{true, keyV, shift | control | superMask}));
-    EXPECT_EQ(fired, expected);
-    hotKeys.unregisterHotKey(hotKey);
+    hotKeys_.unregisterHotKey(hotKey_);
     hands_.chord({keySuperLeft, keyShiftLeft, keyV});
     EXPECT_EQ(seen().size(), 1U);
-    EXPECT_EQ(fired, expected);
+    EXPECT_EQ(fired_, expected);
 }
 
 TEST_F(X11KeyTest, HeldHotKeyFiresOnceAndTypesNothing) {
-    X11HotKeys hotKeys(*connection_, keyboard_);
-    HotKeyRef hotKey = 0;
-    ASSERT_EQ(hotKeys.registerHotKey(vCode, popoverModifiers, hotKeyId, hotKey), noError);
-    int fired = 0;
-    static_cast<void>(hotKeys.installEventHandler(pressed, [&] { ++fired; }));
+    ASSERT_EQ(registerHotKey(), noError);
     int repeats = 0;
     const auto presses = connection_->onEvent(XCB_KEY_PRESS, [&](const auto&) { ++repeats; });
-    hands_.press(keySuperLeft);
-    hands_.press(keyShiftLeft);
-    hands_.press(keyV);
+    hands_.press({keySuperLeft, keyShiftLeft, keyV});
     EXPECT_TRUE(await([&] { return repeats > 5; }));
-    hands_.release(keyShiftLeft);
-    hands_.release(keySuperLeft);
+    hands_.release({keyShiftLeft, keySuperLeft});
     const int before = repeats;
     EXPECT_TRUE(await([&] { return repeats > before + 3; }));
     hands_.release(keyV);
-    EXPECT_EQ(fired, 1);
     hands_.tap(keyA);
     EXPECT_EQ(seen(keyA).size(), 1U);
     EXPECT_TRUE(target_.presses(keyV).empty());
+    EXPECT_EQ(fired_, 1);
 }
 
-TEST_F(X11KeyTest, HotKeyThatAnotherProgramHoldsIsRefusedWhole) {
-    X11HotKeys hotKeys(*connection_, keyboard_);
-    HotKeyRef hotKey = 7;
+TEST_F(X11KeyTest, WhatAnotherProgramHoldsIsRefusedAHotKeyWholeAndATapAsFarAsItIsBare) {
     {
         Rival rival;
-        rival.grab(superMask | shift | lock);
-        EXPECT_EQ(hotKeys.registerHotKey(vCode, popoverModifiers, hotKeyId, hotKey), XCB_ACCESS);
-        EXPECT_EQ(hotKey, 7U);
+        EXPECT_TRUE(rival.grab(superMask | shift | lock));
+        EXPECT_EQ(registerHotKey(), XCB_ACCESS);
+        EXPECT_EQ(hotKey_, 7U);
         EXPECT_TRUE(await([&] { return rival.canGrab(superMask | shift); }));
     }
-    EXPECT_EQ(hotKeys.registerHotKey(vCode, popoverModifiers, hotKeyId, hotKey), noError);
+    EXPECT_EQ(registerHotKey(), noError);
     EXPECT_FALSE(Rival().canGrab(superMask | shift));
+
+    Rival rival;
+    EXPECT_TRUE(rival.grab(control | superMask | shift));
+    EXPECT_TRUE(tap());
+    EXPECT_TRUE(await([&] { return rival.grab(control | superMask); }));  // the server has seen that tap's end
+    EXPECT_FALSE(tap());
 }
 
 TEST_F(X11KeyTest, TapTakesTheCombinationWithAnyOtherModifierAndItsRepeats) {
-    X11EventTaps taps(*connection_, keyboard_);
-    std::vector<std::uint64_t> flags;
-    const auto tap = taps.create(cycling, [&](const TappedKey& key) {
-        flags.push_back(key.flags);
-        return TapVerdict::remove;
-    });
-    ASSERT_TRUE(tap);
+    const auto taken = tap();
     for (const auto& others : std::vector<std::vector<xcb_keycode_t>>{
              {}, {keyShiftLeft}, {keyAltLeft}, {keyShiftRight, keyAltLeft}, {keyNumLock}, {keyCapsLock}}) {
-        flags.clear();
+        tapped_ = 0;
         std::vector<xcb_keycode_t> keys = others;
         keys.insert(keys.end(), {keyControlRight, keySuperLeft, keyV});
         hands_.chord(keys);
-        EXPECT_TRUE(await([&] { return flags.size() == 1; })) << flags.size();
-        EXPECT_EQ(flags.front(), cycling.flags);
+        EXPECT_TRUE(await([&] { return tapped_ == 1; })) << tapped_;
         for (const auto lockKey : {keyNumLock, keyCapsLock}) {
             if (others == std::vector{lockKey})
                 hands_.tap(lockKey);
         }
     }
-    flags.clear();
-    for (const auto key : {keyControlLeft, keySuperLeft, keyV})
-        hands_.press(key);
-    EXPECT_TRUE(await([&] { return flags.size() > 5; }));
-    for (const auto key : {keyV, keySuperLeft, keyControlLeft})
-        hands_.release(key);
+    tapped_ = 0;
+    hands_.press({keyControlLeft, keySuperLeft, keyV});
+    EXPECT_TRUE(await([&] { return tapped_ > 5; }));
+    hands_.release({keyV, keySuperLeft, keyControlLeft});
     EXPECT_TRUE(target_.presses(keyV).empty());
 
     hands_.chord({keySuperLeft, keyV});
@@ -181,24 +178,8 @@ TEST_F(X11KeyTest, TapTakesTheCombinationWithAnyOtherModifierAndItsRepeats) {
     EXPECT_TRUE(await([&] { return target_.presses(keyV).size() == 2; }));
 }
 
-TEST_F(X11KeyTest, TapNeedsOnlyTheBareCombination) {
-    X11EventTaps taps(*connection_, keyboard_);
-    const auto ignore = [](const TappedKey&) { return TapVerdict::remove; };
-    Rival rival;
-    rival.grab(control | superMask | shift);
-    EXPECT_TRUE(taps.create(cycling, ignore));
-    keysDown(*connection_);  // the server has seen that tap's end
-    rival.grab(control | superMask);
-    EXPECT_FALSE(taps.create(cycling, ignore));
-}
-
 TEST_F(X11KeyTest, LayoutsMoveTheKey) {
-    X11EventTaps taps(*connection_, keyboard_);
-    int tapped = 0;
-    const auto tap = taps.create(cycling, [&](const TappedKey&) {
-        ++tapped;
-        return TapVerdict::remove;
-    });
+    const auto taken = tap();
     struct Case {
         const char* layout;
         xcb_keycode_t key;
@@ -214,9 +195,9 @@ TEST_F(X11KeyTest, LayoutsMoveTheKey) {
         setLayout(each.layout);
         EXPECT_TRUE(
             await([&] { return keyboard_.vKey() == each.key && !Rival().canGrab(control | superMask, each.key); }));
-        tapped = 0;
+        tapped_ = 0;
         hands_.chord({keyControlLeft, keySuperLeft, each.key});
-        EXPECT_TRUE(await([&] { return tapped == 1; }));
+        EXPECT_TRUE(await([&] { return tapped_ == 1; }));
         target_.forgetKeys();
         paste();
         EXPECT_THAT(seen(each.key), ElementsAre(OtherWindow::Key{true, each.key, control}));
@@ -241,12 +222,7 @@ TEST_F(X11KeyTest, SwitchingBetweenLayoutsMovesTheKeyOfFingersAndTheChordStaysRe
 }
 
 TEST_F(X11KeyTest, AKeyboardWithALayoutOfItsOwnKeepsItsCombinationAndTheChordItsKeys) {
-    X11EventTaps taps(*connection_, keyboard_);
-    int tapped = 0;
-    const auto tap = taps.create(cycling, [&](const TappedKey&) {
-        ++tapped;
-        return TapVerdict::remove;
-    });
+    const auto taken = tap();
     const auto setOwnLayout = [&](const char* layout) {
         EXPECT_EQ(QProcess::execute("setxkbmap", {"-device", QString::number(hands_.keyboard()), "-layout", layout}),
                   0);
@@ -257,12 +233,11 @@ TEST_F(X11KeyTest, AKeyboardWithALayoutOfItsOwnKeepsItsCombinationAndTheChordIts
         EXPECT_TRUE(await([&] { return keyboard_.vKey() == 60; }));
         hands_.press(keySuperLeft);
         hands_.tap(60);
-        EXPECT_TRUE(await([&] { return tapped == i; }));
+        EXPECT_TRUE(await([&] { return tapped_ == i; }));
         paste();
         EXPECT_THAT(seen(), ElementsAre(OtherWindow::Key{true, keyV, control}));
-        hands_.release(keySuperLeft);
-        hands_.release(keyControlLeft);
-        EXPECT_TRUE(await([&] { return X11KeyStates::read(*connection_).synthetic.none(); }));
+        hands_.release({keySuperLeft, keyControlLeft});
+        awaitNoKeyDown();
     }
     setOwnLayout("us");
 }
@@ -279,8 +254,7 @@ TEST_F(X11KeyTest, PastesOnceWhateverFingersHold) {
                                               {{keyControlLeft, keySuperLeft, keyV}},
                                               {{keyAltLeft, keyShiftRight, keyControlRight, keySuperLeft, keyV}},
                                               {{keyCapsLock}, lock}}) {
-        for (const auto key : each.held)
-            hands_.press(key);
+        hands_.press(each.held);
         if (!each.held.empty())
             seen(each.held.back());
         for (int i = 0; i < 20; ++i) {
@@ -288,25 +262,16 @@ TEST_F(X11KeyTest, PastesOnceWhateverFingersHold) {
             EXPECT_THAT(seen(), ElementsAre(OtherWindow::Key{true, keyV, control | each.locks}));
             EXPECT_EQ(X11KeyStates::read(*connection_).fingers, hands_.held());
         }
-        for (const auto key : each.held)
-            hands_.release(key);
-        EXPECT_TRUE(await([&] { return X11KeyStates::read(*connection_).synthetic.none(); }));
-        EXPECT_EQ(keysDown(*connection_).count(), 0U);
+        hands_.release(each.held);
+        awaitNoKeyDown();
         if (each.locks != 0)
             hands_.tap(keyCapsLock);
     }
 }
 
 TEST_F(X11KeyTest, CyclingWhileTheModifiersStayDownPastesOnceForEachPress) {
-    X11EventTaps taps(*connection_, keyboard_);
-    int tapped = 0;
-    const auto tap = taps.create(cycling, [&](const TappedKey&) {
-        ++tapped;
-        QTimer::singleShot(1, [this] { paste(); });
-        return TapVerdict::remove;
-    });
-    hands_.press(keyControlLeft);
-    hands_.press(keySuperLeft);
+    const auto taken = tap([this] { QTimer::singleShot(1, [this] { paste(); }); });
+    hands_.press({keyControlLeft, keySuperLeft});
     for (int i = 1; i <= 100; ++i) {
         hands_.press(keyV);
         // Let go before the paste, or kept down until after it.
@@ -315,11 +280,9 @@ TEST_F(X11KeyTest, CyclingWhileTheModifiersStayDownPastesOnceForEachPress) {
         ASSERT_TRUE(await([&] { return target_.presses(keyV).size() == static_cast<std::size_t>(i); }));
         hands_.release(keyV);
     }
-    for (const auto key : {keySuperLeft, keyControlLeft})
-        hands_.release(key);
-    EXPECT_TRUE(await([&] { return X11KeyStates::read(*connection_).synthetic.none(); }));
-    EXPECT_EQ(keysDown(*connection_).count(), 0U);
-    EXPECT_EQ(tapped, 100);
+    hands_.release({keySuperLeft, keyControlLeft});
+    awaitNoKeyDown();
+    EXPECT_EQ(tapped_, 100);
     EXPECT_EQ(target_.presses(keyV), std::vector(100, OtherWindow::Key{true, keyV, control}));
 }
 

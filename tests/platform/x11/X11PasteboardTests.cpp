@@ -365,47 +365,5 @@ TEST(X11SelectionServerTest, DropsARequestorThatTakesNothing) {
     EXPECT_FALSE(stopped.hasProperty()) << "no chunk follows";
 }
 
-/// Real programs of the desktop.
-class X11PasteboardWithXclip : public X11PasteboardTest {
-protected:
-    void write(const std::string& name, const std::string& bytes) {
-        QFile file(path(name));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes.data(), static_cast<qint64>(bytes.size()));
-    }
-    std::string read(const std::string& name) {
-        QFile file(path(name));
-        return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : "(no file)";
-    }
-    QString path(const std::string& name) { return folder_.filePath(QString::fromStdString(name)); }
-    bool xclip(const QStringList& arguments, const std::string& input, const std::string& output) {
-        QProcess process;
-        process.setStandardInputFile(path(input));
-        process.setStandardOutputFile(path(output));
-        process.start("xclip", QStringList{"-selection", "clipboard"} + arguments);
-        return await([&] { return process.state() == QProcess::NotRunning; }) && process.exitCode() == 0;
-    }
-    QTemporaryDir folder_;
-};
-
-TEST_F(X11PasteboardWithXclip, ExchangesTextsOfEverySize) {
-    std::int64_t count = 0;
-    for (const std::size_t size : {0U, 1U, 100'000U, 3U << 20U}) {
-        SCOPED_TRACE(size);
-        std::string bytes;
-        while (bytes.size() < size)
-            bytes += static_cast<char>('a' + bytes.size() % 23);
-        write("in", bytes);
-        ASSERT_TRUE(xclip({"-i"}, "in", "ignored"));
-        EXPECT_TRUE(counts(++count));
-        EXPECT_TRUE(text() == bytes) << text().size();
-        pasteboard_->clearContents();
-        pasteboard_->setString(bytes + "!");
-        ++count;
-        ASSERT_TRUE(xclip({"-o"}, "in", "out"));
-        EXPECT_TRUE(read("out") == bytes + "!");
-    }
-}
-
 }  // namespace
 }  // namespace brindle

@@ -13,9 +13,6 @@ namespace brindle::x11test {
 
 namespace {
 
-constexpr std::uint8_t deviceKeyPress = 1;  // counted from the extension's first event
-constexpr std::uint8_t deviceKeyRelease = 2;
-
 std::uint8_t physicalKeyboard(xcb_connection_t* server) {
     const XcbPointer<xcb_input_xi_query_device_reply_t> reply(
         xcb_input_xi_query_device_reply(server, xcb_input_xi_query_device(server, XCB_INPUT_DEVICE_ALL), nullptr));
@@ -32,7 +29,7 @@ std::uint8_t physicalKeyboard(xcb_connection_t* server) {
 
 }  // namespace
 
-Hands::Hands() : connection_(X11Connection::open()), keyboard_(physicalKeyboard(connection_->get())) {}
+Hands::Hands() : keyboard_(physicalKeyboard(connection_->get())) {}
 
 Hands::~Hands() {
     for (std::size_t key = 0; key < held_.size(); ++key) {
@@ -41,41 +38,17 @@ Hands::~Hands() {
     }
 }
 
-void Hands::moveKey(xcb_keycode_t key, Motion motion) {
-    held_[key] = motion == Motion::down;
-    const auto base = connection_->firstEvent(xcb_input_id);
-    const std::uint8_t type = base + (motion == Motion::down ? deviceKeyPress : deviceKeyRelease);
-    xcb_test_fake_input(connection_->get(), type, key, XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, keyboard_);
+void Hands::moveKey(xcb_keycode_t key, bool isDown) {
+    constexpr unsigned deviceKeyPress = 1;  // counted from the extension's first event
+    constexpr unsigned deviceKeyRelease = 2;
+    held_[key] = isDown;
+    send(connection_->firstEvent(xcb_input_id) + (isDown ? deviceKeyPress : deviceKeyRelease), key, 0, 0, keyboard_);
+}
+
+void Hands::send(unsigned type, std::uint8_t detail, int x, int y, std::uint8_t device) {
+    xcb_test_fake_input(connection_->get(), static_cast<std::uint8_t>(type), detail, XCB_CURRENT_TIME, XCB_WINDOW_NONE,
+                        static_cast<std::int16_t>(x), static_cast<std::int16_t>(y), device);
     keysDown(*connection_);  // a round trip: the server has it
-}
-
-void Hands::tap(xcb_keycode_t key) {
-    press(key);
-    release(key);
-}
-
-void Hands::chord(const std::vector<xcb_keycode_t>& keys) {
-    for (const auto key : keys)
-        press(key);
-    for (auto key = keys.rbegin(); key != keys.rend(); ++key)
-        release(*key);
-}
-
-void Hands::moveTo(int x, int y) {
-    xcb_test_fake_input(connection_->get(), XCB_MOTION_NOTIFY, 0, XCB_CURRENT_TIME, connection_->root(),
-                        static_cast<std::int16_t>(x), static_cast<std::int16_t>(y), 0);
-    keysDown(*connection_);
-}
-
-void Hands::moveButton(std::uint8_t button, Motion motion) {
-    xcb_test_fake_input(connection_->get(), motion == Motion::down ? XCB_BUTTON_PRESS : XCB_BUTTON_RELEASE, button,
-                        XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
-    keysDown(*connection_);
-}
-
-void Hands::click(std::uint8_t button) {
-    pressButton(button);
-    releaseButton(button);
 }
 
 OtherWindow::OtherWindow(const WindowSpec& spec) : window_(xcb_generate_id(connection_->get())) {
@@ -87,14 +60,11 @@ OtherWindow::OtherWindow(const WindowSpec& spec) : window_(xcb_generate_id(conne
                       static_cast<std::int16_t>(spec.y), 100, 100, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
                       XCB_COPY_FROM_PARENT, XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, values);
     const std::string names = spec.windowClass + '\0' + spec.windowClass + '\0';
-    xcb_change_property(server, XCB_PROP_MODE_REPLACE, window_, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8,
-                        static_cast<std::uint32_t>(names.size()), names.data());
+    change("WM_CLASS", XCB_ATOM_STRING, 8, names.size(), names.data());
     if (spec.process)
-        xcb_change_property(server, XCB_PROP_MODE_REPLACE, window_, connection_->atom("_NET_WM_PID"), XCB_ATOM_CARDINAL,
-                            32, 1, &*spec.process);
+        change("_NET_WM_PID", XCB_ATOM_CARDINAL, 32, 1, &*spec.process);
     if (spec.transientFor != XCB_WINDOW_NONE)
-        xcb_change_property(server, XCB_PROP_MODE_REPLACE, window_, XCB_ATOM_WM_TRANSIENT_FOR, XCB_ATOM_WINDOW, 32, 1,
-                            &spec.transientFor);
+        change("WM_TRANSIENT_FOR", XCB_ATOM_WINDOW, 32, 1, &spec.transientFor);
     setAtoms("_NET_WM_WINDOW_TYPE", spec.types);
     setAtoms("_NET_WM_STATE", spec.states);
     events_.push_back(connection_->onEvent(XCB_KEY_PRESS, [this](const auto& event) { note(event, true); }));
@@ -104,13 +74,18 @@ OtherWindow::OtherWindow(const WindowSpec& spec) : window_(xcb_generate_id(conne
     keysDown(*connection_);
 }
 
+void OtherWindow::change(const char* property, xcb_atom_t type, std::uint8_t format, std::size_t count,
+                         const void* data) {
+    xcb_change_property(connection_->get(), XCB_PROP_MODE_REPLACE, window_, connection_->atom(property), type, format,
+                        static_cast<std::uint32_t>(count), data);
+}
+
 void OtherWindow::setAtoms(const char* property, const std::vector<std::string>& names) {
     std::vector<xcb_atom_t> atoms;
     for (const auto& name : names)
         atoms.push_back(connection_->atom(name));
     if (!atoms.empty())
-        xcb_change_property(connection_->get(), XCB_PROP_MODE_REPLACE, window_, connection_->atom(property),
-                            XCB_ATOM_ATOM, 32, static_cast<std::uint32_t>(atoms.size()), atoms.data());
+        change(property, XCB_ATOM_ATOM, 32, atoms.size(), atoms.data());
 }
 
 void OtherWindow::note(const xcb_generic_event_t& event, bool isPress) {
@@ -147,11 +122,8 @@ bool OtherWindow::hasFocus() {
 }
 
 std::vector<OtherWindow::Key> OtherWindow::presses(xcb_keycode_t key) const {
-    std::vector<Key> found;
-    for (const auto& each : keys_) {
-        if (each.isPress && each.key == key)
-            found.push_back(each);
-    }
+    std::vector<Key> found = keys_;
+    std::erase_if(found, [&](const Key& each) { return !each.isPress || each.key != key; });
     return found;
 }
 

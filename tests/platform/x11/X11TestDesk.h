@@ -31,26 +31,34 @@ public:
     Hands();
     ~Hands();
 
-    void press(xcb_keycode_t key) { moveKey(key, Motion::down); }
-    void release(xcb_keycode_t key) { moveKey(key, Motion::up); }
-    void tap(xcb_keycode_t key);
-    /// Presses the keys in order, and releases them in the reverse order.
-    void chord(const std::vector<xcb_keycode_t>& keys);
-    void moveTo(int x, int y);
-    void pressButton(std::uint8_t button) { moveButton(button, Motion::down); }
-    void releaseButton(std::uint8_t button) { moveButton(button, Motion::up); }
-    void click(std::uint8_t button = 1);
+    void press(xcb_keycode_t key) { moveKey(key, true); }
+    void release(xcb_keycode_t key) { moveKey(key, false); }
+    void press(const std::vector<xcb_keycode_t>& keys) {
+        for (const auto key : keys)
+            press(key);
+    }
+    void release(const std::vector<xcb_keycode_t>& keys) {
+        for (const auto key : keys)
+            release(key);
+    }
+    void tap(xcb_keycode_t key) { chord({key}); }
+    void chord(const std::vector<xcb_keycode_t>& keys) {
+        press(keys);
+        release({keys.rbegin(), keys.rend()});
+    }
+    void moveTo(int x, int y) { send(XCB_MOTION_NOTIFY, 0, x, y, 0); }
+    void pressButton(std::uint8_t button) { send(XCB_BUTTON_PRESS, button, 0, 0, 0); }
+    void releaseButton(std::uint8_t button) { send(XCB_BUTTON_RELEASE, button, 0, 0, 0); }
 
     [[nodiscard]] int keyboard() const { return keyboard_; }
     [[nodiscard]] const KeySet& held() const { return held_; }
 
 private:
-    enum class Motion { down, up };
-    void moveKey(xcb_keycode_t key, Motion motion);
-    void moveButton(std::uint8_t button, Motion motion);
+    void moveKey(xcb_keycode_t key, bool isDown);
+    void send(unsigned type, std::uint8_t detail, int x, int y, std::uint8_t device);
 
-    std::unique_ptr<X11Connection> connection_;
-    std::uint8_t keyboard_ = 0;
+    std::unique_ptr<X11Connection> connection_ = X11Connection::open();
+    std::uint8_t keyboard_;
     KeySet held_;
 };
 
@@ -92,6 +100,7 @@ public:
     [[nodiscard]] X11Connection& connection() { return *connection_; }
 
 private:
+    void change(const char* property, xcb_atom_t type, std::uint8_t format, std::size_t count, const void* data);
     void setAtoms(const char* property, const std::vector<std::string>& names);
     void note(const xcb_generic_event_t& event, bool isPress);
 

@@ -1,20 +1,9 @@
 #include "platform/x11/X11TestPeer.h"
 
-#include <QCoreApplication>
-#include <QDeadlineTimer>
-#include <QTimer>
 #include <array>
 #include <cstring>
 
 namespace brindle {
-
-bool await(const std::function<bool()>& condition) {
-    QTimer tick;
-    tick.start(5);
-    for (const QDeadlineTimer limit(5000); !condition() && !limit.hasExpired();)
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    return condition();
-}
 
 TestPeer::TestPeer() : connection_(X11Connection::open()), window_(xcb_generate_id(connection_->get())) {
     const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;

@@ -7,12 +7,10 @@
 #include <string>
 #include <vector>
 
+#include "platform/Await.h"
 #include "platform/x11/X11Connection.h"
 
 namespace brindle {
-
-/// Runs the main loop until the condition holds; false when it does not within five seconds.
-bool await(const std::function<bool()>& condition);
 
 /// What another program answers to one target.
 struct TestAnswer {
