@@ -3,10 +3,8 @@
 #include <QAccessible>
 #include <QElapsedTimer>
 #include <QScrollBar>
-#include <QWheelEvent>
 
 #include "views/AppIcon.h"
-#include "views/Palette.h"
 #include "views/ViewTest.h"
 
 namespace brindle::test {
@@ -16,7 +14,14 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-class HistoryViewTest : public ViewTest {};
+class HistoryViewTest : public ViewTest {
+protected:
+    std::vector<std::string> found(const std::string& text) {
+        state().searchText = text;
+        settle();
+        return shownTexts();
+    }
+};
 
 TEST_F(HistoryViewTest, PastesTheClickedEntryOnceThePopoverIsClosed) {
     searchField().setFocus(Qt::MouseFocusReason);
@@ -26,9 +31,12 @@ TEST_F(HistoryViewTest, PastesTheClickedEntryOnceThePopoverIsClosed) {
                 ElementsAre("log Click detected!", "trust? (may prompt)", "log Has accessibility permission - pasting",
                             "close popover", "clear pasteboard", "set pasteboard: second",
                             "trust? (may prompt)"));  // the last one is the paste service's
-    EXPECT_FALSE(view.state().isSearchFocused.value());
+    EXPECT_FALSE(state().isSearchFocused.value());
     EXPECT_FALSE(searchField().hasFocus());
     EXPECT_TRUE(monitor.isInternalCopy());
+    sim.self.setDelegate(nullptr);
+    click(0);
+    EXPECT_EQ(sim.clipboard.content()->string(), "third") << "without a delegate too";
 }
 
 TEST_F(HistoryViewTest, ShowsTheGuideInsteadOfPastingWithoutTrust) {
@@ -36,206 +44,149 @@ TEST_F(HistoryViewTest, ShowsTheGuideInsteadOfPastingWithoutTrust) {
     click(0);
     EXPECT_THAT(sim.journal.take(), ElementsAre("log Click detected!", "trust? (may prompt)",
                                                 "log No accessibility permission - showing dialog"));
-    EXPECT_TRUE(view.state().showAccessibilityDialog.value());
+    EXPECT_TRUE(state().showAccessibilityDialog.value());
     EXPECT_FALSE(monitor.isInternalCopy());
 }
 
-TEST_F(HistoryViewTest, PastesWithoutADelegateToo) {
-    sim.self.setDelegate(nullptr);
-    click(0);
-    EXPECT_EQ(sim.clipboard.content()->string(), "third");
-}
-
 TEST_F(HistoryViewTest, PastesOnlyWhatWasPressedAndReleased) {
-    QTest::mousePress(list().viewport(), Qt::LeftButton, {}, middleOfRow(0));
-    QTest::mouseRelease(list().viewport(), Qt::LeftButton, {}, middleOfRow(1));
-    QTest::mousePress(list().viewport(), Qt::LeftButton, {}, middleOfRow(0));
+    fill(20);
+    const auto press = [&](QPoint place) { QTest::mousePress(list().viewport(), Qt::LeftButton, {}, place); };
+    const auto release = [&](QPoint place) { QTest::mouseRelease(list().viewport(), Qt::LeftButton, {}, place); };
+    press(middleOfRow(0));
+    release(middleOfRow(1));
+    press(middleOfRow(0));
     add("arrived under the pointer");
     settle();
-    QTest::mouseRelease(list().viewport(), Qt::LeftButton, {}, middleOfRow(0));
-    QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, QPoint(100, 360));
+    release(middleOfRow(0));
+    QTest::mouseMove(list().viewport(), QPoint(344, 10));
+    press({344, 10});  // the scroll bar's thumb
+    drag(*list().viewport(), {344, 400});
+    release({344, 360});
+    EXPECT_EQ(list().verticalScrollBar()->value(), list().verticalScrollBar()->maximum());
+    found("21");
+    press({100, 360});  // below the rows
+    release({100, 360});
     EXPECT_THAT(sim.journal.take(), IsEmpty());
 }
 
-TEST_F(HistoryViewTest, OffersCopyDeletePinAndTheUsersListsInThatOrder) {
+TEST_F(HistoryViewTest, OffersAMenuThatDoesWhatItSaysAndClosesThePopover) {
+    click(0, Qt::RightButton);
+    EXPECT_EQ(takeMenuTitles(), QStringList({"Copy", "Delete", "Pin", "Add to List"}));
     history.createList("Work & Home");
     settle();
-    QTest::mouseClick(list().viewport(), Qt::RightButton, {}, middleOfRow(0));
-    ASSERT_NE(openMenu(), nullptr);
-    QStringList titles;
-    for (const QAction* action : openMenu()->actions() + openMenu()->actions().back()->menu()->actions())
-        titles += action->text();
-    EXPECT_EQ(titles, QStringList({"Copy", "Delete", "Pin", "Add to List", "Work && Home"}));
-    openMenu()->close();
-
-    history.togglePin(history.history().value()[0]);
-    settle();
-    QTest::mouseClick(list().viewport(), Qt::RightButton, {}, middleOfRow(0));
-    EXPECT_EQ(openMenu()->actions()[2]->text(), "Unpin");
-    openMenu()->close();
-}
-
-TEST_F(HistoryViewTest, HasAnEmptySubmenuWithoutLists) {
-    QTest::mouseClick(list().viewport(), Qt::RightButton, {}, middleOfRow(0));
-    ASSERT_NE(openMenu(), nullptr);
-    ASSERT_NE(openMenu()->actions().back()->menu(), nullptr);
-    EXPECT_TRUE(openMenu()->actions().back()->menu()->actions().isEmpty());
-    openMenu()->close();
-}
-
-TEST_F(HistoryViewTest, DoesWhatTheMenuSaysAndClosesThePopover) {
-    history.createList("Work");
-    settle();
-    choose(1, "Copy");
+    click(1, Qt::RightButton);
+    choose("Copy");
     EXPECT_THAT(sim.journal.take(), ElementsAre("clear pasteboard", "set pasteboard: second", "close popover"));
     EXPECT_TRUE(monitor.isInternalCopy());
-
-    choose(1, "Pin");
-    EXPECT_THAT(sim.journal.take(), ElementsAre("store BrindleHistory", "close popover"));
-    EXPECT_TRUE(history.history().value()[1].isPinned);
-
-    choose(2, "Work");
-    EXPECT_THAT(sim.journal.take(), ElementsAre("store BrindleHistory", "close popover"));
-    EXPECT_EQ(history.history().value()[2].listId, history.customLists().value()[0].id);
-
-    choose(0, "Delete");
-    EXPECT_THAT(sim.journal.take(), ElementsAre("store BrindleHistory", "close popover"));
+    const std::pair<std::size_t, const char*> changes[] = {{1, "Pin"}, {2, "Work && Home"}, {0, "Delete"}};
+    for (const auto& [row, title] : changes) {
+        click(row, Qt::RightButton);
+        choose(title);
+        EXPECT_THAT(sim.journal.take(), ElementsAre("store BrindleHistory", "close popover")) << title;
+    }
+    const auto& left = history.history().value();
+    EXPECT_TRUE(left[0].isPinned);
+    EXPECT_EQ(left[1].listId, history.customLists().value()[0].id);
     settle();
     EXPECT_THAT(shownTexts(), ElementsAre("second", "first"));
+    click(0, Qt::RightButton);
+    EXPECT_EQ(takeMenuTitles(), QStringList({"Copy", "Delete", "Unpin", "Add to List", "Work && Home"}));
 }
 
 TEST_F(HistoryViewTest, ShowsTheSelectedTabAndWhatIsSearchedInIt) {
     history.createList("Work");
-    const CustomList work = history.customLists().value()[0];
+    const std::string work = history.customLists().value()[0].id.text();
     history.togglePin(history.history().value()[0]);
     history.togglePin(history.history().value()[2]);
-    history.moveItem(history.history().value()[1], work.id);
-    const std::pair<std::string, std::vector<std::string>> tabs[] = {{"All", {"third", "second", "first"}},
-                                                                     {"Pinned", {"third", "first"}},
-                                                                     {work.id.text(), {"second"}},
-                                                                     {Uuid::generate().text(), {}}};
-    for (const auto& [tab, expected] : tabs) {
-        view.state().selectedTab = tab;
-        settle();
-        EXPECT_EQ(shownTexts(), expected) << tab;
-        EXPECT_TRUE(list().isVisible());
+    history.moveItem(history.history().value()[1], history.customLists().value()[0].id);
+    const struct {
+        std::string tab;
+        std::string search;
+        std::vector<std::string> shown;
+    } cases[] = {
+        {"All", "", {"third", "second", "first"}},
+        {"Pinned", "", {"third", "first"}},
+        {work, "", {"second"}},
+        {Uuid::generate().text(), "", {}},
+        {"Pinned", "IR", {"third", "first"}},
+        {"Pinned", "IRS", {"first"}},
+        {"Pinned", " ", {}},
+        {"neither", "", {}},
+    };
+    for (const auto& each : cases) {
+        state().selectedTab = each.tab;
+        EXPECT_EQ(found(each.search), each.shown) << each.tab << each.search;
+        EXPECT_EQ(list().isVisible(), each.tab != "neither") << each.tab;
     }
-    view.state().selectedTab = std::string("Pinned");
-    view.state().searchText = std::string("IR");
-    settle();
-    EXPECT_THAT(shownTexts(), ElementsAre("third", "first"));
-    view.state().searchText = std::string("IRS");
-    settle();
-    EXPECT_THAT(shownTexts(), ElementsAre("first"));
-    view.state().searchText = std::string(" ");
-    settle();
-    EXPECT_THAT(shownTexts(), IsEmpty());
-    view.state().selectedTab = std::string("neither");
-    settle();
-    EXPECT_FALSE(list().isVisible());
-}
-
-TEST_F(HistoryViewTest, FindsAnAccentThatIsTypedAfterItsLetter) {
+    state().selectedTab = std::string("All");
     add("caf\xC3\xA9");
-    view.state().searchText = std::string("cafe");
-    settle();
-    EXPECT_THAT(shownTexts(), IsEmpty());
-    view.state().searchText = std::string("cafe\xCC\x81");
-    settle();
-    EXPECT_THAT(shownTexts(), ElementsAre("caf\xC3\xA9"));
+    EXPECT_THAT(found("cafe"), IsEmpty());
+    EXPECT_THAT(found("cafe\xCC\x81"), ElementsAre("caf\xC3\xA9"));
 }
 
 TEST_F(HistoryViewTest, IsWorkedWithTheKeyboard) {
-    for (int i = 0; i < 20; ++i)
-        add("entry " + std::to_string(i));
-    settle();
+    fill(20);
     list().setFocus(Qt::TabFocusReason);
+    EXPECT_EQ(pixel(list(), {100, 3}), color(Role::focusRing, ColorScheme::dark));
     EXPECT_EQ(list().focusedRow(), 0);
     const std::pair<Qt::Key, std::size_t> moves[] = {{Qt::Key_Up, 0},     {Qt::Key_Down, 1}, {Qt::Key_PageDown, 7},
                                                      {Qt::Key_PageUp, 1}, {Qt::Key_End, 22}, {Qt::Key_Down, 22},
                                                      {Qt::Key_Home, 0},   {Qt::Key_Down, 1}};
     for (const auto& [key, row] : moves) {
-        QTest::keyClick(&list(), key);
+        press(key);
         EXPECT_EQ(list().focusedRow(), row) << key;
         EXPECT_TRUE(list().viewport()->rect().contains(list().rowRect(row))) << key;
     }
     add("above the focused one");
     settle();
     EXPECT_EQ(list().focusedRow(), 2);
-    QTest::keyClick(&list(), Qt::Key_F10, Qt::ShiftModifier);
-    ASSERT_NE(openMenu(), nullptr);
-    openMenu()->close();
-    QTest::keyClick(&list(), Qt::Key_Return);
+    press(Qt::Key_F10, Qt::ShiftModifier);
+    EXPECT_FALSE(takeMenu().isEmpty());
+    press(Qt::Key_Return);
     EXPECT_EQ(sim.clipboard.content()->string(), "entry 18");
 }
 
 TEST_F(HistoryViewTest, ScrollsByWheelAndBackToTheTopForAnotherSearch) {
-    for (int i = 0; i < 20; ++i)
-        add("entry " + std::to_string(i));
-    settle();
+    fill(20);
     const QScrollBar& bar = *list().verticalScrollBar();
     EXPECT_EQ(bar.maximum(), 23 * 57 - 370);
-    const auto turn = [&](QPoint pixels, QPoint angle) {
-        QWheelEvent event(QPointF(9, 9), QPointF(9, 9), pixels, angle, Qt::NoButton, {}, Qt::NoScrollPhase, false);
-        QApplication::sendEvent(list().viewport(), &event);
-    };
-    turn({}, {0, -120});
+    wheel(*list().viewport(), {}, {0, -120});
     EXPECT_EQ(bar.value(), 60);
-    turn({0, -7}, {0, -120});
+    wheel(*list().viewport(), {0, -7}, {0, -120});
     EXPECT_EQ(bar.value(), 67);
     add("another");
     settle();
     EXPECT_EQ(bar.value(), 67);
-    view.state().searchText = std::string("entry");
-    settle();
+    found("entry");
     EXPECT_EQ(bar.value(), 0);
 }
 
-TEST_F(HistoryViewTest, DragsTheThumbInsteadOfPasting) {
-    for (int i = 0; i < 20; ++i)
-        add("entry " + std::to_string(i));
-    settle();
-    QTest::mouseMove(list().viewport(), QPoint(344, 10));
-    QTest::mousePress(list().viewport(), Qt::LeftButton, {}, QPoint(344, 10));
-    QMouseEvent drag(QEvent::MouseMove, QPointF(344, 400), QPointF(344, 400), Qt::LeftButton, Qt::LeftButton, {});
-    QApplication::sendEvent(list().viewport(), &drag);
-    QTest::mouseRelease(list().viewport(), Qt::LeftButton, {}, QPoint(344, 360));
-    EXPECT_EQ(list().verticalScrollBar()->value(), list().verticalScrollBar()->maximum());
-    EXPECT_THAT(sim.journal.take(), IsEmpty());
-}
-
 TEST_F(HistoryViewTest, ShowsTheStateOfARowByItsColour) {
-    const auto background = [&](std::size_t row) {
-        return list().grab().toImage().pixelColor(list().rowRect(row).topLeft() + QPoint(8, 8));
+    const auto expectRoles = [&](Role first, Role second, Role third) {
+        const Role roles[] = {first, second, third};
+        for (std::size_t row = 0; row < 3; ++row) {
+            const auto shown = pixel(list(), list().rowRect(row).topLeft() + QPoint(8, 8));
+            EXPECT_EQ(shown, color(roles[row], ColorScheme::dark)) << row;
+        }
     };
-    const auto named = [](Role role) { return color(role, ColorScheme::dark); };
     QTest::mouseMove(list().viewport(), middleOfRow(1));
-    EXPECT_EQ(background(1), named(Role::rowHover));
-    EXPECT_EQ(background(0), named(Role::surface));
+    expectRoles(Role::surface, Role::rowHover, Role::surface);
     QTest::mousePress(list().viewport(), Qt::LeftButton, {}, middleOfRow(1));
-    EXPECT_EQ(background(1), named(Role::rowPressed));
+    expectRoles(Role::surface, Role::rowPressed, Role::surface);
     QTest::mouseRelease(list().viewport(), Qt::LeftButton, {}, middleOfRow(0));
-    QTest::mouseClick(list().viewport(), Qt::RightButton, {}, middleOfRow(2));
+    click(2, Qt::RightButton);
     QTest::mouseMove(list().viewport(), middleOfRow(0));
-    EXPECT_EQ(background(2), named(Role::rowHover));
-    EXPECT_EQ(background(0), named(Role::surface));
+    expectRoles(Role::surface, Role::surface, Role::rowHover);
     openMenu()->close();
-    list().setFocus(Qt::TabFocusReason);
-    EXPECT_EQ(list().grab().toImage().pixelColor(100, 3), named(Role::focusRing));
 }
 
-TEST_F(HistoryViewTest, ShowsTheIconOfTheSourceApplicationOrAClipboard) {
-    const auto middle = [](const std::optional<SharedText>& application) {
-        return appIcon(application, ColorScheme::dark, 2).toImage().pixelColor(5, 20);
-    };
-    EXPECT_EQ(middle(SharedText("mail")), QColor(0xD97706));
-    EXPECT_EQ(middle(SharedText("unheard of")), middle(std::nullopt));
-    EXPECT_EQ(appIcon(std::nullopt, ColorScheme::dark, 2).size(), QSize(40, 40));
-}
-
-TEST_F(HistoryViewTest, ShowsTheTimeOfDayOnly) {
+TEST_F(HistoryViewTest, ShowsTheTimeOfDayAndTheIconOfTheSourceOrAClipboard) {
     EXPECT_EQ(HistoryItemRow::timeText(Date::fromUnixTime(1000000000)), "01:46");
     EXPECT_EQ(HistoryItemRow::timeText(Date::fromUnixTime(1000000000 + 12 * 3600)), "13:46");
+    const auto icon = [](const std::optional<SharedText>& source) { return appIcon(source, ColorScheme::dark, 2); };
+    EXPECT_EQ(icon(SharedText("mail")).toImage().pixelColor(5, 20), QColor(0xD97706));
+    EXPECT_EQ(icon(SharedText("unheard of")).toImage(), icon(std::nullopt).toImage());
+    EXPECT_EQ(icon(std::nullopt).size(), QSize(40, 40));
 }
 
 TEST_F(HistoryViewTest, ShowsItsRowsToAssistiveTechnology) {
@@ -256,31 +207,24 @@ TEST_F(HistoryViewTest, ShowsItsRowsToAssistiveTechnology) {
 TEST_F(HistoryViewTest, StaysQuickWithTenThousandEntries) {
     settings.setMaxClipboardItems(10000);
     std::string json;
-    for (int i = 0; i < 10000; ++i) {
-        json += json.empty() ? "[" : ",";
-        json += R"({"id":")" + Uuid::generate().text() + R"(","content":"entry )" + std::to_string(i) +
-                R"( some words that make it a line of more than thirty-five","type":"text","date":0,"isPinned":false})";
-    }
+    for (int i = 0; i < 10000; ++i)
+        json += (json.empty() ? "[" : ",") + (R"({"id":")" + Uuid::generate().text()) + R"(","content":"entry )" +
+                std::to_string(i) + R"( some words that make it a line of more than thirty-five",)" +
+                R"("type":"text","date":0,"isPinned":false})";
     sim.store.setData("BrindleHistory", json + "]");
     HistoryManager large{settings};
     ContentView crowded{large, monitor, settings};
     HistoryView& rows = *crowded.findChild<HistoryView*>();
     ASSERT_EQ(rows.filteredItems().size(), 10000U);
+    large.togglePin(large.history().value()[5000]);
     QElapsedTimer watch;
     watch.start();
-    large.togglePin(large.history().value()[5000]);
-    const auto changed = watch.restart();
     sim.queue.run();
-    const auto refreshed = watch.restart();
     crowded.grab();
-    const auto painted = watch.restart();
     crowded.state().searchText = std::string("9999");
     sim.queue.run();
-    const auto searched = watch.elapsed();
+    EXPECT_LT(watch.elapsed(), 500);
     EXPECT_EQ(rows.filteredItems().size(), 1U);
-    RecordProperty("milliseconds", (std::to_string(refreshed) + " refresh, " + std::to_string(painted) + " paint, " +
-                                    std::to_string(searched) + " search, " + std::to_string(changed) + " change"));
-    EXPECT_LT(refreshed + painted + searched, 500);
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 
 #include <QAccessible>
 
-#include "platform/qt/QtText.h"
 #include "views/ViewTest.h"
 
 namespace brindle::test {
@@ -24,63 +23,57 @@ protected:
     const CustomList& work() { return history.customLists().value().front(); }
     ListDialog* dialog() { return view.findChild<ListDialog*>(); }
     TextField* field() { return dialog()->findChild<TextField*>(); }
-    PushButton& button(const QString& title) {
-        for (PushButton* each : dialog()->findChildren<PushButton*>()) {
-            if (each->text() == title)
-                return *each;
-        }
-        throw std::logic_error("no such button");
+    PushButton& button(const QString& title) { return named<PushButton>(*dialog(), title); }
+    void clickOn(const QString& title) {
+        QTest::mouseClick(&button(title), Qt::LeftButton);
+        settle();
+        EXPECT_EQ(dialog(), nullptr);
     }
     void askForNew() {
-        view.state().newListName = std::string();
-        view.state().showNewListAlert = true;
+        state().newListName = std::string();
+        state().showNewListAlert = true;
         settle();
     }
-    void askForRename(const CustomList& list) {
-        view.state().listToRename = list;
-        view.state().renameListName = list.name;
-        view.state().showRenameListAlert = true;
+    void askForRename() {
+        state().listToRename = work();
+        state().renameListName = work().name;
+        state().showRenameListAlert = true;
         settle();
     }
     void askForDelete(std::optional<CustomList> list) {
-        view.state().listToDelete = std::move(list);
-        view.state().showDeleteListAlert = true;
+        state().listToDelete = std::move(list);
+        state().showDeleteListAlert = true;
         settle();
     }
-    void press(Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); }
     std::vector<std::string> names() {
         std::vector<std::string> all;
         for (const CustomList& list : history.customLists().value())
             all.push_back(list.name);
         return all;
     }
-    QStringList texts() {
-        QStringList all(dialog()->accessibleName());
-        for (const Label* label : dialog()->findChildren<Label*>())
-            all += label->text();
+    /// What the open dialog says; it is left by Escape then.
+    QStringList takeTexts() {
+        EXPECT_EQ(QAccessible::queryAccessibleInterface(dialog())->role(), QAccessible::Dialog);
+        QStringList all = labelsIn(*dialog());
         for (const TextField* each : dialog()->findChildren<TextField*>())
             all += each->placeholderText();
         for (const PushButton* each : dialog()->findChildren<PushButton*>())
             all += each->text();
+        press(Qt::Key_Escape);
+        EXPECT_EQ(dialog(), nullptr);
         return all;
     }
 };
 
 TEST_F(ListDialogTest, AsksInTheseWords) {
     askForNew();
-    EXPECT_EQ(texts(), QStringList({"New List", "New List", "List Name", "Cancel", "Create"}));
-    press(Qt::Key_Escape);
-    settle();
-    EXPECT_EQ(dialog(), nullptr);
-    askForRename(work());
-    EXPECT_EQ(texts(), QStringList({"Rename List", "Rename List", "List Name", "Cancel", "Rename"}));
-    press(Qt::Key_Escape);
-    settle();
+    EXPECT_EQ(takeTexts(), QStringList({"New List", "List Name", "Cancel", "Create"}));
+    askForRename();
+    EXPECT_EQ(takeTexts(), QStringList({"Rename List", "List Name", "Cancel", "Rename"}));
     askForDelete(work());
-    EXPECT_EQ(texts(), QStringList({"Delete List", "Delete List",
-                                    "Are you sure you want to delete this list? All items in it will be deleted.",
-                                    "Cancel", "Delete"}));
-    EXPECT_EQ(QAccessible::queryAccessibleInterface(dialog())->role(), QAccessible::Dialog);
+    EXPECT_EQ(takeTexts(),
+              QStringList({"Delete List", "Are you sure you want to delete this list? All items in it will be deleted.",
+                           "Cancel", "Delete"}));
 }
 
 TEST_F(ListDialogTest, CreatesOnceByReturnOrClickAndLeavesTheSelection) {
@@ -88,72 +81,62 @@ TEST_F(ListDialogTest, CreatesOnceByReturnOrClickAndLeavesTheSelection) {
     EXPECT_TRUE(field()->hasFocus());
     QTest::keyClicks(field(), "  a b ");
     for (int i = 0; i < 3; ++i)
-        press(Qt::Key_Return);
-    EXPECT_FALSE(view.state().showNewListAlert.value());
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
     settle();
     EXPECT_EQ(dialog(), nullptr);
     askForNew();
     QTest::keyClicks(field(), "Work");
-    QTest::mouseClick(&button("Create"), Qt::LeftButton);
-    settle();
+    clickOn("Create");
     EXPECT_THAT(names(), ElementsAre("Work", "  a b ", "Work"));
-    EXPECT_EQ(view.state().selectedTab.value(), "All");
+    EXPECT_EQ(state().selectedTab.value(), "All");
 }
 
 TEST_F(ListDialogTest, RenamesWhatIsSelectedWhenItOpens) {
-    askForRename(work());
+    askForRename();
     EXPECT_EQ(field()->selectedText(), "Work");
     QTest::keyClicks(field(), "Play");
-    EXPECT_EQ(view.state().renameListName.value(), "Play");
+    EXPECT_EQ(state().renameListName.value(), "Play");
     press(Qt::Key_Enter);
     EXPECT_THAT(names(), ElementsAre("Play"));
 }
 
 TEST_F(ListDialogTest, ChangesNothingForAnEmptyNameOrCancel) {
     askForNew();
-    press(Qt::Key_Return);
-    settle();
-    EXPECT_EQ(dialog(), nullptr);
-    askForRename(work());
+    clickOn("Create");
+    askForRename();
     press(Qt::Key_Delete);
-    QTest::mouseClick(&button("Rename"), Qt::LeftButton);
-    settle();
-    askForRename(work());
+    clickOn("Rename");
+    askForRename();
     QTest::keyClicks(field(), "Other");
-    QTest::mouseClick(&button("Cancel"), Qt::LeftButton);
-    settle();
+    clickOn("Cancel");
     askForDelete(work());
-    EXPECT_TRUE(button("Cancel").hasFocus());
-    press(Qt::Key_Return);
-    settle();
+    press(Qt::Key_Return);  // for the button that has the keyboard: "Cancel"
     EXPECT_EQ(dialog(), nullptr);
     EXPECT_THAT(names(), ElementsAre("Work"));
 }
 
 TEST_F(ListDialogTest, DeletesTheListNotItsEntriesAndClosesThePopover) {
     history.createList("Play");
-    view.state().selectedTab = work().id.text();
+    state().selectedTab = work().id.text();
     askForDelete(history.customLists().value()[1]);
     QTest::mouseClick(&button("Delete"), Qt::LeftButton);
     EXPECT_THAT(sim.journal.take(), Contains("close popover"));
-    EXPECT_EQ(view.state().selectedTab.value(), work().id.text());
+    EXPECT_EQ(state().selectedTab.value(), work().id.text());
     settle();
     askForDelete(work());
     press(Qt::Key_Tab);
     press(Qt::Key_Return);
     EXPECT_THAT(names(), IsEmpty());
-    EXPECT_EQ(view.state().selectedTab.value(), "All");
+    EXPECT_EQ(state().selectedTab.value(), "All");
     EXPECT_EQ(history.history().value().size(), 3U);
 }
 
 TEST_F(ListDialogTest, IsHarmlessForAListThatIsGoneAndWithoutADelegate) {
-    const CustomList gone = work();
-    askForRename(gone);
-    history.deleteList(gone);
+    askForRename();
+    history.deleteList(work());
     settle();
     QTest::keyClicks(field(), "Ghost");
     press(Qt::Key_Return);
-    settle();
     EXPECT_THAT(names(), IsEmpty());
     askForDelete(std::nullopt);
     QTest::mouseClick(&button("Delete"), Qt::LeftButton);
@@ -162,32 +145,22 @@ TEST_F(ListDialogTest, IsHarmlessForAListThatIsGoneAndWithoutADelegate) {
     history.createList("Last");
     sim.self.setDelegate(nullptr);
     askForDelete(work());
-    QTest::mouseClick(&button("Delete"), Qt::LeftButton);
-    settle();
+    clickOn("Delete");
     EXPECT_THAT(names(), IsEmpty());
 }
 
-TEST_F(ListDialogTest, KeepsTheKeyboardAndThePointerToItself) {
+TEST_F(ListDialogTest, KeepsTheKeyboardAndThePointerToItselfAndStaysWhenThePopoverComesBack) {
     QTest::mouseClick(&searchField(), Qt::LeftButton);
     askForNew();
-    QStringList stops;
-    for (int i = 0; i < 4; ++i) {
-        press(Qt::Key_Tab);
-        stops += QApplication::focusWidget()->accessibleName();
+    EXPECT_EQ(tabStops(4), QStringList({"Cancel", "Create", "List Name", "Cancel"}));
+    for (const auto key : {Qt::Key_Right, Qt::Key_Down}) {
+        press(key);
+        EXPECT_TRUE(button("Create").hasFocus());
     }
-    EXPECT_EQ(stops, QStringList({"Cancel", "Create", "List Name", "Cancel"}));
-    press(Qt::Key_Right);
-    EXPECT_TRUE(button("Create").hasFocus());
-    press(Qt::Key_Down);
-    EXPECT_TRUE(button("Create").hasFocus());
     EXPECT_EQ(view.childAt(100, 120), dialog());
     EXPECT_EQ(dialog()->geometry(), view.rect());
     press(Qt::Key_Escape);
-    settle();
     EXPECT_TRUE(searchField().hasFocus());
-}
-
-TEST_F(ListDialogTest, IsStillOpenWhenThePopoverComesBack) {
     askForNew();
     QTest::keyClicks(field(), "half");
     view.hide();

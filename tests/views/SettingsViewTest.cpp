@@ -3,7 +3,6 @@
 #include <QAccessible>
 
 #include "views/Animation.h"
-#include "views/Palette.h"
 #include "views/SettingsOverlay.h"
 #include "views/ViewTest.h"
 
@@ -17,13 +16,7 @@ class SettingsViewTest : public ViewTest {
 protected:
     SettingsOverlay& overlay() { return *view.findChild<SettingsOverlay*>(); }
     SettingsView& panel() { return *view.findChild<SettingsView*>(); }
-    QAbstractButton& control(const QString& name) {
-        for (auto* button : panel().findChildren<QAbstractButton*>()) {
-            if (button->accessibleName() == name)
-                return *button;
-        }
-        throw std::logic_error("no such control");
-    }
+    QAbstractButton& control(const QString& name) { return named<QAbstractButton>(panel(), name); }
     QStringList chosen() {
         QStringList names;
         for (const auto* button : panel().findChildren<QAbstractButton*>()) {
@@ -37,38 +30,29 @@ protected:
         sim.queue.run();
     }
     void show(bool isShown) {
-        view.state().showSettings = isShown;
+        state().showSettings = isShown;
         settle();
     }
     void slide(bool isShown) {
-        withAnimation([&] { view.state().showSettings = isShown; });
+        withAnimation([&] { state().showSettings = isShown; });
         settle();
     }
-    QColor shade() { return view.grab().toImage().pixelColor(10, 460); }
 };
-
-TEST_F(SettingsViewTest, LiesOverTheContentAreaOnly) {
-    EXPECT_FALSE(overlay().isVisible());
-    show(true);
-    EXPECT_EQ(overlay().geometry(), QRect(0, 101, 350, 370));
-    EXPECT_EQ(panel().geometry(), QRect(20, 60, 310, 250));
-}
 
 TEST_F(SettingsViewTest, WritesEachChoiceAtOnce) {
     show(true);
     EXPECT_EQ(chosen(), QStringList({"50", "Dark"}));
     click("100");
     EXPECT_THAT(sim.journal.take(), ElementsAre("store maxClipboardItems"));
-    EXPECT_EQ(std::get<std::int64_t>(sim.store.values["maxClipboardItems"]), 100);
     click("Start at Login");
-    EXPECT_TRUE(settings.launchAtLogin().value());
     click("System");
-    EXPECT_EQ(std::get<std::string>(sim.store.values["appTheme"]), "System");
+    EXPECT_EQ(sim.store.integer("maxClipboardItems"), 100);
+    EXPECT_TRUE(sim.store.boolean("launchAtLogin"));
+    EXPECT_EQ(sim.store.string("appTheme"), "System");
     EXPECT_EQ(chosen(), QStringList({"100", "Start at Login", "System"}));
     click("Start at Login");
     EXPECT_FALSE(settings.launchAtLogin().value());
-    for (int i = 0; i < 40; ++i)
-        add(std::to_string(i));
+    fill(40);
     click("25");
     EXPECT_EQ(history.history().value().size(), 25U);
 }
@@ -80,51 +64,43 @@ TEST_F(SettingsViewTest, ShowsWhatWasSetElsewhereAndNoSegmentForAStrangeSize) {
         settle();
         EXPECT_EQ(chosen(), QStringList("Dark")) << size;
     }
-    settings.setMaxClipboardItems(25);
+    control("25").setFocus(Qt::TabFocusReason);
+    press(Qt::Key_Space);
     settings.setAppTheme(AppTheme::light);
     settle();
     EXPECT_EQ(chosen(), QStringList({"25", "Light"}));
 }
 
-TEST_F(SettingsViewTest, IsWorkedByKeyboard) {
+TEST_F(SettingsViewTest, IsWorkedByKeyboardWhichTheListBelowDoesNotGet) {
+    list().setFocus(Qt::TabFocusReason);
     show(true);
+    EXPECT_FALSE(list().hasFocus());
     control("Close").setFocus(Qt::TabFocusReason);
-    QStringList stops;
-    for (int i = 0; i < 3; ++i) {
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-        stops += QApplication::focusWidget()->accessibleName();
+    EXPECT_EQ(tabStops(4), QStringList({"50", "Start at Login", "Dark", "Search..."}));
+    control("Dark").setFocus(Qt::TabFocusReason);
+    const std::pair<Qt::Key, AppTheme> steps[] = {{Qt::Key_Right, AppTheme::system},
+                                                  {Qt::Key_Right, AppTheme::system},
+                                                  {Qt::Key_Left, AppTheme::dark},
+                                                  {Qt::Key_Left, AppTheme::light},
+                                                  {Qt::Key_Left, AppTheme::light}};
+    for (const auto& [key, theme] : steps) {
+        press(key);
+        EXPECT_EQ(settings.appTheme().value(), theme);
     }
-    EXPECT_EQ(stops, QStringList({"50", "Start at Login", "Dark"}));
-    const auto press = [&](Qt::Key key) {
-        QTest::keyClick(QApplication::focusWidget(), key);
-        settle();
-    };
-    press(Qt::Key_Right);
-    EXPECT_EQ(settings.appTheme().value(), AppTheme::system);
-    press(Qt::Key_Right);
-    press(Qt::Key_Left);
-    press(Qt::Key_Left);
-    press(Qt::Key_Left);
-    EXPECT_EQ(settings.appTheme().value(), AppTheme::light);
     control("Start at Login").setFocus(Qt::TabFocusReason);
     press(Qt::Key_Space);
     EXPECT_TRUE(settings.launchAtLogin().value());
     press(Qt::Key_Escape);
-    EXPECT_FALSE(view.state().showSettings.value());
+    EXPECT_FALSE(state().showSettings.value());
     EXPECT_TRUE(view.hasFocus());
+    EXPECT_EQ(list().focusPolicy(), Qt::TabFocus);
 }
 
-TEST_F(SettingsViewTest, IsChosenFromByKeyAlsoWhenNothingIsChosen) {
-    settings.setMaxClipboardItems(7);
+TEST_F(SettingsViewTest, LiesOverTheContentAreaAndClosesByTheLayerNotByThePanel) {
+    EXPECT_FALSE(overlay().isVisible());
     show(true);
-    control("25").setFocus(Qt::TabFocusReason);
-    QTest::keyClick(&control("25"), Qt::Key_Space);
-    settle();
-    EXPECT_EQ(settings.maxClipboardItems().value(), 25);
-}
-
-TEST_F(SettingsViewTest, ClosesByTheLayerAtOnceAndNotByThePanel) {
-    show(true);
+    EXPECT_EQ(overlay().geometry(), QRect(0, 101, 350, 370));
+    EXPECT_EQ(panel().geometry(), QRect(20, 60, 310, 250));
     QTest::mouseClick(&panel(), Qt::LeftButton, {}, QPoint(150, 120));
     QTest::mousePress(&overlay(), Qt::LeftButton, {}, QPoint(5, 5));
     QTest::mouseRelease(&overlay(), Qt::LeftButton, {}, QPoint(150, 150));
@@ -132,20 +108,27 @@ TEST_F(SettingsViewTest, ClosesByTheLayerAtOnceAndNotByThePanel) {
     EXPECT_TRUE(overlay().isVisible());
     QTest::mouseClick(&overlay(), Qt::LeftButton, {}, QPoint(5, 5));
     settle();
-    EXPECT_FALSE(view.state().showSettings.value());
+    EXPECT_FALSE(state().showSettings.value());
     EXPECT_FALSE(overlay().isVisible());
 }
 
-TEST_F(SettingsViewTest, SlidesInAndOutOverTwoTenthsOfASecond) {
-    const QColor before = shade();
+TEST_F(SettingsViewTest, SlidesOverTwoTenthsOfASecondAndTurnsAroundOnTheWay) {
+    const QPoint beside(10, 460);
+    const QColor before = pixel(view, beside);
     slide(true);
     EXPECT_GE(panel().y(), 370);
     sim.queue.advance(0.1);
-    EXPECT_GT(panel().y(), 60);
-    EXPECT_LT(panel().y(), 370);
-    sim.queue.advance(0.11);
+    const int halfway = panel().y();
+    EXPECT_TRUE(halfway > 60 && halfway < 370) << halfway;
+    settings.setAppTheme(AppTheme::light);
+    slide(false);
+    EXPECT_NEAR(panel().y(), halfway, 40);
+    EXPECT_EQ(pixel(panel(), {150, 8}), color(Role::surface, ColorScheme::light));
+    settings.setAppTheme(AppTheme::dark);
+    slide(true);
+    sim.queue.advance(0.21);
     EXPECT_EQ(panel().y(), 60);
-    EXPECT_LT(shade().lightness(), before.lightness());
+    EXPECT_LT(pixel(view, beside).lightness(), before.lightness());
 
     QTest::mouseClick(&control("Close"), Qt::LeftButton);
     sim.queue.advance(0.1);
@@ -153,42 +136,19 @@ TEST_F(SettingsViewTest, SlidesInAndOutOverTwoTenthsOfASecond) {
     EXPECT_EQ(view.childAt(10, 110), list().viewport());
     sim.queue.advance(0.11);
     EXPECT_FALSE(overlay().isVisible());
-    EXPECT_EQ(shade(), before);
-}
-
-TEST_F(SettingsViewTest, TurnsAroundAndChangesItsColoursOnTheWay) {
-    slide(true);
-    sim.queue.advance(0.1);
-    const int halfway = panel().y();
-    settings.setAppTheme(AppTheme::light);
-    slide(false);
-    EXPECT_NEAR(panel().y(), halfway, 40);
-    EXPECT_EQ(panel().grab().toImage().pixelColor(150, 8), color(Role::surface, ColorScheme::light));
-    slide(true);
-    sim.queue.advance(0.3);
-    EXPECT_EQ(panel().y(), 60);
-}
-
-TEST_F(SettingsViewTest, KeepsTheKeyboardFromTheListBelow) {
-    list().setFocus(Qt::TabFocusReason);
-    show(true);
-    EXPECT_FALSE(list().hasFocus());
-    control("Dark").setFocus(Qt::TabFocusReason);
-    QTest::keyClick(&control("Dark"), Qt::Key_Tab);
-    EXPECT_TRUE(searchField().hasFocus());
-    show(false);
-    EXPECT_EQ(list().focusPolicy(), Qt::TabFocus);
+    EXPECT_EQ(pixel(view, beside), before);
 }
 
 TEST_F(SettingsViewTest, TellsAssistiveTechnologyWhatIsOn) {
     settings.setLaunchAtLogin(true);
     show(true);
-    const auto* toggle = QAccessible::queryAccessibleInterface(&control("Start at Login"));
-    EXPECT_EQ(toggle->role(), QAccessible::CheckBox);
-    EXPECT_TRUE(toggle->state().checked);
+    for (const auto& [name, role] :
+         {std::pair("Start at Login", QAccessible::CheckBox), {"50", QAccessible::RadioButton}}) {
+        const auto* interface = QAccessible::queryAccessibleInterface(&control(name));
+        EXPECT_EQ(interface->role(), role);
+        EXPECT_TRUE(interface->state().checked);
+    }
     const auto* segment = QAccessible::queryAccessibleInterface(&control("50"));
-    EXPECT_EQ(segment->role(), QAccessible::RadioButton);
-    EXPECT_TRUE(segment->state().checked);
     EXPECT_EQ(segment->parent()->text(QAccessible::Name), "History Size");
     EXPECT_EQ(QAccessible::queryAccessibleInterface(&panel())->text(QAccessible::Name), "Settings");
 }

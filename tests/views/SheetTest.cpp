@@ -9,176 +9,141 @@
 #include "platform/qt/QtText.h"
 #include "views/AboutView.h"
 #include "views/AccessibilityPermissionDialog.h"
-#include "views/Palette.h"
 #include "views/ViewTest.h"
 
 namespace brindle::test {
 
 namespace {
 
-using ::testing::Contains;
 using ::testing::ElementsAre;
-
-template <typename View>
-View* shown() {
-    for (QWidget* widget : QApplication::allWidgets()) {
-        auto* found = qobject_cast<View*>(widget);
-        if (found && found->isVisible())
-            return found;
-    }
-    return nullptr;
-}
-
-template <typename Button>
-Button& button(QWidget& in, const QString& name) {
-    for (Button* each : in.findChildren<Button*>()) {
-        if (each->accessibleName() == name)
-            return *each;
-    }
-    throw std::logic_error("no such button");
-}
 
 class SheetTest : public ViewTest {
 protected:
+    template <typename View>
+    static View* shown() {
+        for (QWidget* widget : QApplication::allWidgets()) {
+            auto* found = qobject_cast<View*>(widget);
+            if (found && found->isVisible())
+                return found;
+        }
+        return nullptr;
+    }
     AboutView* about() { return shown<AboutView>(); }
     AccessibilityPermissionDialog* guide() { return shown<AccessibilityPermissionDialog>(); }
-    void showAbout() {
-        view.state().showAbout = true;
+    void show(Published<bool>& flag) {
+        flag = true;
         settle();
     }
-    void showGuide() {
-        view.state().showAccessibilityDialog = true;
-        settle();
+    void showAbout() { show(state().showAbout); }
+    void showGuide() { show(state().showAccessibilityDialog); }
+    template <typename Button>
+    void clickOn(QWidget& sheet, const QString& name) {
+        QTest::mouseClick(&named<Button>(sheet, name), Qt::LeftButton);
     }
 };
 
-TEST_F(SheetTest, IsOfItsSizeOverThePopoverAndClosesByItsButton) {
+TEST_F(SheetTest, IsOfItsSizeOverThePopoverAndClosesByButtonOrEscape) {
     showAbout();
-    ASSERT_NE(about(), nullptr);
     EXPECT_EQ(about()->size(), QSize(320, 420));
-    EXPECT_TRUE(view.isVisible());
-    QTest::mouseClick(&button<SymbolButton>(*about(), "Close"), Qt::LeftButton);
-    EXPECT_FALSE(view.state().showAbout.value());
+    clickOn<SymbolButton>(*about(), "Close");
+    EXPECT_FALSE(state().showAbout.value());
     settle();
     EXPECT_EQ(about(), nullptr);
     EXPECT_TRUE(view.isVisible());
-}
-
-TEST_F(SheetTest, ClosesByEscapeWhereverTheKeyboardIs) {
     showAbout();
-    QTest::keyClick(&button<PushButton>(*about(), "Learn More"), Qt::Key_Escape);
-    EXPECT_FALSE(view.state().showAbout.value());
+    QTest::keyClick(&named<PushButton>(*about(), "Learn More"), Qt::Key_Escape);
+    EXPECT_FALSE(state().showAbout.value());
     settle();
-    showGuide();
-    ASSERT_NE(guide(), nullptr);
-    EXPECT_EQ(guide()->size(), QSize(480, 600));
-    QTest::keyClick(guide(), Qt::Key_Escape);
-    EXPECT_FALSE(view.state().showAccessibilityDialog.value());
-    settle();
-    showGuide();
-    EXPECT_NE(guide(), nullptr);
+    for (int i = 0; i < 2; ++i) {
+        showGuide();
+        ASSERT_NE(guide(), nullptr);
+        EXPECT_EQ(guide()->size(), QSize(480, 600));
+        QTest::keyClick(guide(), Qt::Key_Escape);
+        EXPECT_FALSE(state().showAccessibilityDialog.value());
+        settle();
+    }
 }
 
 TEST_F(SheetTest, GoesWithThePopoverAndComesBackWithIt) {
     showAbout();
     view.hide();
     settle();
-    EXPECT_TRUE(view.state().showAbout.value());
+    EXPECT_TRUE(state().showAbout.value());
     view.show();
     settle();
     EXPECT_NE(about(), nullptr);
-    view.state().showAbout = false;
+    state().showAbout = false;
     settle();
     EXPECT_EQ(about(), nullptr);
 }
 
-TEST_F(SheetTest, TellsNameAndVersionAndOpensThePage) {
+TEST_F(SheetTest, TellsNameAndVersionAndOpensThePageInDarkAndLight) {
     sim.package.info.clear();
     showAbout();
-    QStringList texts;
-    for (const Label* label : about()->findChildren<Label*>())
-        texts += label->text();
-    EXPECT_EQ(texts, QStringList({"Brindle", "Version 1.0"}));
-    QTest::mouseClick(&button<PushButton>(*about(), "Learn More"), Qt::LeftButton);
+    EXPECT_EQ(labelsIn(*about()), QStringList({"Brindle", "Version 1.0"}));
+    clickOn<PushButton>(*about(), "Learn More");
     EXPECT_THAT(sim.journal.take(), ElementsAre("open https://brindle.example/"));
-}
-
-TEST_F(SheetTest, IsDarkOrLightByTheSetting) {
-    showAbout();
-    const auto surface = [&] { return about()->grab().toImage().pixelColor(20, 400); };
-    EXPECT_EQ(surface(), QColor("#1E293B"));
+    EXPECT_EQ(pixel(*about(), {20, 400}), QColor("#1E293B"));
     settings.setAppTheme(AppTheme::light);
     settle();
-    EXPECT_EQ(surface(), QColor("#F1F5F9"));
+    EXPECT_EQ(pixel(*about(), {20, 400}), QColor("#F1F5F9"));
 }
 
 TEST_F(SheetTest, ShowsTheClipboardSymbolWhereThereIsNoIconFile) {
-    const auto iconPixel = [&] { return about()->grab().toImage().pixelColor(146, 71); };
-    const auto nameTop = [&] { return about()->findChildren<Label*>().front()->y(); };
     const QTemporaryDir folder;
     QFile broken(folder.filePath("AppIcon.icns"));
     ASSERT_TRUE(broken.open(QIODevice::WriteOnly));
     broken.write("icns\0\0\0\x10ic09\0\0\xFF\xFF", 16);
     broken.close();
-    const std::optional<std::string> folders[] = {std::nullopt, "/nowhere", toUtf8(folder.path())};
-    for (const auto& resources : folders) {
+    const std::pair<std::optional<std::string>, int> folders[] = {
+        {std::nullopt, 144}, {"/nowhere", 144}, {toUtf8(folder.path()), 144}, {BRINDLE_RESOURCES, 164}};
+    for (const auto& [resources, top] : folders) {
         sim.package.resources = resources;
         showAbout();
-        EXPECT_EQ(nameTop(), 144);
-        EXPECT_EQ(iconPixel(), accentColor());
+        EXPECT_EQ(about()->findChildren<Label*>().front()->y(), top);
+        EXPECT_EQ(pixel(*about(), {146, 71}) == accentColor(), top == 144);
         about()->window()->close();
         settle();
     }
-    sim.package.resources = BRINDLE_RESOURCES;
-    showAbout();
-    EXPECT_EQ(nameTop(), 164);
 }
 
-TEST_F(SheetTest, OpensTheSettingsAndThenCloses) {
-    const Subscription closing = view.state().showAccessibilityDialog.subscribe([&](bool isShown) {
+TEST_F(SheetTest, GuidesInTheseWordsOpensTheSettingsAndThenCloses) {
+    const Subscription closing = state().showAccessibilityDialog.subscribe([&](bool isShown) {
         if (!isShown)
             sim.journal.add("closed");
     });
     for (const bool opens : {true, false}) {
         sim.desktop.opensUrls = opens;
         showGuide();
-        QTest::mouseClick(&button<PushButton>(*guide(), "Done"), Qt::LeftButton);
+        EXPECT_EQ(labelsIn(*guide()),
+                  QStringList({"Next Action",
+                               "After unlocking the Privacy & Security, drag the logo of Brindle below to the list "
+                               "of \"Allow the apps below to control your computer\" on right side of "
+                               "\"Accessibility\".",
+                               "👇"}));
+        clickOn<PushButton>(*guide(), "Done");
         EXPECT_THAT(sim.journal.take(), ElementsAre("open " + std::string(accessibilitySettingsUrl), "closed"));
         settle();
         EXPECT_EQ(guide(), nullptr);
     }
 }
 
-TEST_F(SheetTest, GuidesInTheseWords) {
-    showGuide();
-    QStringList texts;
-    for (const Label* label : guide()->findChildren<Label*>())
-        texts += label->text();
-    EXPECT_EQ(texts, QStringList({"Next Action",
-                                  "After unlocking the Privacy & Security, drag the logo of Brindle below to the list "
-                                  "of \"Allow the apps below to control your computer\" on right side of "
-                                  "\"Accessibility\".",
-                                  "👇"}));
-}
-
 TEST_F(SheetTest, DragsTheExecutableOrElseTheBundle) {
     const auto dragged = [&] {
-        auto* icon = guide()->findChild<DraggableAppIcon*>();
-        const auto send = [&](QEvent::Type type, QPoint place, Qt::MouseButton button) {
-            QMouseEvent event(type, place, icon->mapToGlobal(place), button, Qt::LeftButton, Qt::NoModifier);
-            QApplication::sendEvent(icon, &event);
-        };
+        auto& icon = *guide()->findChild<DraggableAppIcon*>();
         QStringList formats;
+        const auto look = [&] {
+            if (const auto* data = qApp->findChild<QDrag*>(); data && formats.isEmpty())
+                formats = data->mimeData()->formats() + QStringList(data->mimeData()->urls().value(0).toString());
+        };
         QTimer::singleShot(0, [&] {
-            if (const auto* drag = qApp->findChild<QDrag*>())
-                formats = drag->mimeData()->formats() + QStringList(drag->mimeData()->urls().value(0).toString());
+            look();
             QDrag::cancel();
         });
-        send(QEvent::MouseButtonPress, QPoint(50, 50), Qt::LeftButton);
-        send(QEvent::MouseMove, QPoint(52, 50), Qt::NoButton);
-        send(QEvent::MouseMove, QPoint(90, 50), Qt::NoButton);
-        if (const auto* drag = qApp->findChild<QDrag*>(); drag && formats.isEmpty())
-            formats = drag->mimeData()->formats() + QStringList(drag->mimeData()->urls().value(0).toString());
+        QTest::mousePress(&icon, Qt::LeftButton, {}, QPoint(50, 50));
+        drag(icon, {52, 50});
+        drag(icon, {90, 50});
+        look();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         return formats;
     };
@@ -189,7 +154,7 @@ TEST_F(SheetTest, DragsTheExecutableOrElseTheBundle) {
     EXPECT_EQ(dragged(), QStringList({"text/uri-list", "file:///opt/self"}));
     sim.package.images.clear();
     EXPECT_EQ(dragged(), QStringList());
-    EXPECT_EQ(guide()->grab().toImage().pixelColor(240, 369), color(Role::surface, ColorScheme::dark));
+    EXPECT_EQ(pixel(*guide(), {240, 369}), color(Role::surface, ColorScheme::dark));
 }
 
 }  // namespace

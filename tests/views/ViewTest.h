@@ -5,10 +5,13 @@
 #include <QApplication>
 #include <QMenu>
 #include <QTest>
+#include <QWheelEvent>
 
 #include "services/FocusDelegate.h"
 #include "views/ContentView.h"
 #include "views/HistoryView.h"
+#include "views/Label.h"
+#include "views/Palette.h"
 #include "views/TextField.h"
 #include "views/render/DemoHistory.h"
 
@@ -56,6 +59,11 @@ protected:
         return item;
     }
 
+    void fill(int count) {
+        for (int i = 0; i < count; ++i)
+            add("entry " + std::to_string(i));
+        settle();
+    }
     /// Lets the coalesced redraw happen; the journal is empty then.
     void settle() {
         sim.queue.run();
@@ -64,27 +72,80 @@ protected:
 
     HistoryView& list() { return *view.findChild<HistoryView*>(); }
     TextField& searchField() { return *view.findChild<TextField*>(); }
-    static QMenu* openMenu() { return qobject_cast<QMenu*>(QApplication::activePopupWidget()); }
-
+    ContentState& state() { return view.state(); }
+    /// The part of the view, or of a sheet, with this accessible name.
+    template <typename Part>
+    static Part& named(QWidget& in, const QString& name) {
+        for (Part* each : in.findChildren<Part*>()) {
+            if (each->accessibleName() == name)
+                return *each;
+        }
+        throw std::logic_error("there is none: " + name.toStdString());
+    }
     std::vector<std::string> shownTexts() {
         std::vector<std::string> texts;
         for (const ClipboardItem& item : list().filteredItems())
             texts.push_back(item.content.string());
         return texts;
     }
-    QPoint middleOfRow(std::size_t row) { return list().rowRect(row).center(); }
-    void click(std::size_t row) { QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, middleOfRow(row)); }
+    static QStringList labelsIn(QWidget& sheet) {
+        QStringList texts;
+        for (const Label* label : sheet.findChildren<Label*>())
+            texts += label->text();
+        return texts;
+    }
+    /// A key for whoever has the keyboard.
+    void press(int key, Qt::KeyboardModifiers modifiers = {}) {
+        QTest::keyClick(QApplication::focusWidget(), static_cast<Qt::Key>(key), modifiers);
+        settle();
+    }
+    /// Where the next presses of Tab lead.
+    QStringList tabStops(int count) {
+        QStringList names;
+        for (; count > 0; --count) {
+            press(Qt::Key_Tab);
+            names += QApplication::focusWidget()->accessibleName();
+        }
+        return names;
+    }
+    static void wheel(QWidget& over, QPoint pixels, QPoint angle) {
+        QWheelEvent event(QPointF(9, 9), over.mapToGlobal(QPointF(9, 9)), pixels, angle, Qt::NoButton, {},
+                          Qt::NoScrollPhase, false);
+        QApplication::sendEvent(&over, &event);
+    }
+    static void drag(QWidget& widget, QPoint place) {
+        QMouseEvent event(QEvent::MouseMove, place, widget.mapToGlobal(place), Qt::NoButton, Qt::LeftButton, {});
+        QApplication::sendEvent(&widget, &event);
+    }
+    static QColor pixel(QWidget& widget, QPoint place) { return widget.grab().toImage().pixelColor(place); }
 
-    /// Opens the row's menu and chooses from it, or from its submenu.
-    void choose(std::size_t row, const QString& title) {
-        QTest::mouseClick(list().viewport(), Qt::RightButton, {}, middleOfRow(row));
+    QPoint middleOfRow(std::size_t row) { return list().rowRect(row).center(); }
+    void click(std::size_t row, Qt::MouseButton button = Qt::LeftButton) {
+        QTest::mouseClick(list().viewport(), button, {}, middleOfRow(row));
+    }
+    static QMenu* openMenu() { return qobject_cast<QMenu*>(QApplication::activePopupWidget()); }
+    /// What the open menu and its last submenu offer; the menu is closed then.
+    static QList<QAction*> takeMenu() {
         QMenu* menu = openMenu();
-        ASSERT_NE(menu, nullptr);
-        for (QAction* action : menu->actions() + menu->actions().back()->menu()->actions()) {
+        if (!menu)
+            return {};
+        auto actions = menu->actions();
+        if (QMenu* submenu = actions.back()->menu())
+            actions += submenu->actions();
+        menu->close();
+        return actions;
+    }
+    static QStringList takeMenuTitles() {
+        QStringList titles;
+        for (const QAction* action : takeMenu())
+            titles += action->isSeparator() ? "-" : action->text();
+        return titles;
+    }
+    static void choose(const QString& title) {
+        for (QAction* action : takeMenu()) {
             if (action->text() == title)
                 action->trigger();
         }
-        menu->close();
     }
 
     SimulatedPlatform sim;

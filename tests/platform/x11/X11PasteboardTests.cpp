@@ -2,9 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <QFile>
-#include <QProcess>
-#include <QTemporaryDir>
 #include <array>
 #include <memory>
 #include <string>

@@ -3,9 +3,9 @@
 #include <QApplication>
 #include <QDir>
 #include <QMenu>
-#include <QMouseEvent>
 #include <QPainter>
-#include <QWheelEvent>
+#include <QScrollBar>
+#include <QTest>
 #include <functional>
 #include <iostream>
 
@@ -40,12 +40,6 @@ struct Stage {
         QApplication::sendPostedEvents();
     }
     HistoryView& list() { return *view.findChild<HistoryView*>(); }
-    void hover(std::size_t row) {
-        const QPointF place = list().rowRect(row).center();
-        QMouseEvent move(QEvent::MouseMove, place, list().viewport()->mapToGlobal(place), Qt::NoButton, Qt::NoButton,
-                         Qt::NoModifier);
-        QApplication::sendEvent(list().viewport(), &move);
-    }
 
     DemoHistory demo;
     WindowSystem windowSystem;
@@ -67,10 +61,8 @@ const Scene scenes[] = {
     {"popover", ContentView::fixedSize, [](Stage&) {}},
     {"popover-scrolled", ContentView::fixedSize,
      [](Stage& stage) {
-         QWheelEvent wheel(QPointF(100, 100), QPointF(100, 100), QPoint(0, -2000), QPoint(), Qt::NoButton,
-                           Qt::NoModifier, Qt::NoScrollPhase, false);
-         QApplication::sendEvent(stage.list().viewport(), &wheel);
-         stage.hover(7);
+         stage.list().verticalScrollBar()->setValue(2000);
+         QTest::mouseMove(stage.list().viewport(), stage.list().rowRect(7).center());
      }},
     {"search", ContentView::fixedSize,
      [](Stage& stage) {
@@ -85,10 +77,7 @@ const Scene scenes[] = {
     {"row-menu",
      {444, 500},
      [](Stage& stage) {
-         const QPointF place(168, 95);
-         QMouseEvent press(QEvent::MouseButtonPress, place, stage.list().viewport()->mapToGlobal(place),
-                           Qt::RightButton, Qt::RightButton, Qt::NoModifier);
-         QApplication::sendEvent(stage.list().viewport(), &press);
+         QTest::mousePress(stage.list().viewport(), Qt::RightButton, {}, QPoint(168, 95));
          openMenu()->setActiveAction(openMenu()->actions().back());
      }},
     {"header-menu", ContentView::fixedSize,
@@ -100,11 +89,7 @@ const Scene scenes[] = {
      }},
     {"tab-menu", ContentView::fixedSize,
      [](Stage& stage) {
-         TabButton& tab = *stage.view.findChildren<TabButton*>()[2];
-         const QPointF place(34, 20);
-         QMouseEvent press(QEvent::MouseButtonPress, place, tab.mapToGlobal(place), Qt::RightButton, Qt::RightButton,
-                           Qt::NoModifier);
-         QApplication::sendEvent(&tab, &press);
+         QTest::mousePress(stage.view.findChildren<TabButton*>()[2], Qt::RightButton, {}, QPoint(34, 20));
      }},
     {"settings", ContentView::fixedSize,
      [](Stage& stage) {
