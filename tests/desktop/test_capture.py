@@ -25,7 +25,9 @@ class CaptureTest(DesktopTest):
         def copied_by_double_click():  # the word may not be on the screen at the first one
             desktop.x.click(x + 14, y + 10)
             desktop.x.click(x + 14, y + 10)
-            time.sleep(0.5)
+            last = time.monotonic() + 0.5  # clicks that follow sooner would count as a third and a fourth
+            while desktop.paste() != b"word" and time.monotonic() < last:
+                pass
             return desktop.paste() == b"word"
         desktop.wait_for(copied_by_double_click, 10, "copy in the terminal")
         self.await_entries(brindle, [("word", "debian-xterm"), *expected])
@@ -50,7 +52,7 @@ class CaptureTest(DesktopTest):
                 ({"UTF8_STRING": b"the end"}, "the end")):
             desktop.own(targets)
             if content is None:
-                time.sleep(1)  # two polls: what must not be captured has its chance
+                desktop.stays(lambda: brindle.contents() == captured, 1.1, f"not captured: {targets}")  # two polls
                 continue
             captured.insert(0, content)
             with self.subTest(content):
