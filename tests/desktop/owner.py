@@ -68,7 +68,7 @@ class Owner:
         return event
 
     def put(self, request, kind, form, data, count):
-        x.XChangeProperty(self.display, c_ulong(request.requestor), c_ulong(request.property), c_ulong(self.atom(kind)),
+        x.XChangeProperty(self.display, c_ulong(request.requestor), c_ulong(request.property), c_ulong(kind),
                           form, 0, data, count)
 
     def answer(self, request, has_data):
@@ -85,16 +85,16 @@ class Owner:
             return
         if request.target == self.atom("TARGETS"):
             kinds = (c_long * (len(self.served) + 1))(request.target, *self.served)
-            self.put(request, "ATOM", 32, kinds, len(kinds))
+            self.put(request, self.atom("ATOM"), 32, kinds, len(kinds))
         elif is_text and self.way in PIECES:
             x.XSelectInput(self.display, c_ulong(request.requestor), c_long(1 << 22))
-            self.put(request, "INCR", 32, (c_long * 1)(self.size), 1)
+            self.put(request, self.atom("INCR"), 32, (c_long * 1)(self.size), 1)
             self.transfer = request
         elif is_text and self.way == "sends a wrong type":
-            self.put(request, "INTEGER", 32, (c_long * 2)(1, 2), 2)
+            self.put(request, self.atom("INTEGER"), 32, (c_long * 2)(1, 2), 2)
         elif request.target in self.served:
             data = self.served[request.target]
-            self.put(request, "UTF8_STRING" if is_text else "STRING", 8, data, len(data))
+            self.put(request, request.target, 8, data, len(data))
         self.answer(request, request.target in self.served or request.target == self.atom("TARGETS"))
 
     def send_next(self):
@@ -102,7 +102,7 @@ class Owner:
         if piece is None:
             os._exit(0)
         if piece is not self:
-            self.put(self.transfer, "UTF8_STRING", 8, piece, len(piece))
+            self.put(self.transfer, self.atom("UTF8_STRING"), 8, piece, len(piece))
             x.XFlush(self.display)
 
     def save_for_others(self):
