@@ -103,7 +103,9 @@ DefaultsDatabase::Opening DefaultsDatabase::connect(const std::string& path, Mod
     sqlite3_db_config(database->connection_, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
     if (!objection.empty())
         return {Outcome::unusable, std::move(objection), nullptr};
-    const Outcome outcome = isDamage(code) ? Outcome::unusable : isNew ? Outcome::noRoom : Outcome::blocked;
+    // The statements are sound, so that an error in one of them comes of what the file says of its own form.
+    const bool isUnusable = isDamage(code) || (code & 0xFF) == SQLITE_ERROR;
+    const Outcome outcome = isUnusable ? Outcome::unusable : isNew ? Outcome::noRoom : Outcome::blocked;
     return {outcome, reasonOf(database->connection_, code), nullptr};
 }
 
@@ -121,6 +123,11 @@ int DefaultsDatabase::prepareFile(std::string& objection) {
     int code = checkSchema(objection);
     if (code != SQLITE_OK || !objection.empty())
         return code;
+    // The file's own form can say that it is not to be written by this SQLite.
+    if (!isReadOnly_ && sqlite3_db_readonly(connection_, "main") == 1) {
+        objection = "it is from a newer version";
+        return code;
+    }
     if (!isReadOnly_)
         code = execute(durability);
     if (code == SQLITE_OK)

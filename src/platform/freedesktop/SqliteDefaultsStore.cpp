@@ -46,8 +46,10 @@ void SqliteDefaultsStore::open() const {
 /// Looks whether a disk that was full or read-only is so no more. A file that appeared meanwhile was never read, and
 /// what this process holds must not overwrite it.
 void SqliteDefaultsStore::reopenAfterTrouble() {
-    if (database_ ? database_->isReadOnly() : isMissing_ && !defaultsfile::exists(path_))
-        open();
+    if (database_ ? !database_->isReadOnly() : !isMissing_ || defaultsfile::exists(path_))
+        return;
+    database_.reset();  // first: one process has one view of the log, and what was opened for reading stays read-only
+    open();
 }
 
 bool SqliteDefaultsStore::moveAside(const std::string& reason) const {

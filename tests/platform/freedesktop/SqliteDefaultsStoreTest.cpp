@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <cstring>
+#include <random>
 
 #include "platform/freedesktop/Scratch.h"
 
@@ -162,6 +163,57 @@ TEST(FaultyFileTest, CostsOneLineAndNeverTheProgram) {
         EXPECT_THAT(log.lines, SizeIs(1));
         EXPECT_EQ(read(log.lines[0].substr(log.lines[0].find("now ") + 4)), before);
     }
+}
+
+TEST_F(SqliteDefaultsStoreTest, ComesThroughEveryCutAndFlippedBit) {
+    makeStore(file());
+    const auto sound = read(file());
+    std::mt19937 random(12);
+    constexpr std::size_t header = 100;  // bytes, each of which is hit once
+    const std::size_t pages = sound.size() / 4096;
+    for (std::size_t i = 1; i < pages + header + 20; ++i) {
+        SCOPED_TRACE(i);
+        auto broken = sound;
+        if (i < pages)
+            broken.resize(i * 4096);
+        else
+            broken[i - pages < header ? i - pages : random() % broken.size()] ^= static_cast<char>(1U << random() % 8);
+        const Scratch folder;
+        const LogLines log;
+        folder.write(databaseName, broken);
+        for (int start = 0; start < 2; ++start) {
+            SqliteDefaultsStore store(folder.path());
+            for (int key = 0; key < 50; ++key)
+                (void)store.data("key" + std::to_string(key));
+            store.setData("key7", "new");
+            EXPECT_THAT(store.data("key7"), Optional(StrEq("new")));
+        }
+        EXPECT_THAT(SqliteDefaultsStore(folder.path()).data("key7"), Optional(StrEq("new")));
+        ASSERT_LE(log.lines.size(), 1U) << log.lines[1];
+        if (!log.lines.empty()) {
+            EXPECT_TRUE(read(log.lines[0].substr(log.lines[0].find("now ") + 4)) == broken) << log.lines[0];
+        }
+    }
+}
+
+TEST_F(SqliteDefaultsStoreTest, SharesItsFileWithAnotherProgram) {
+    SqliteDefaultsStore store(scratch_.path());
+    SqliteDefaultsStore other(scratch_.path());
+    for (std::int64_t i = 1; i <= 50; ++i) {
+        (i % 2 == 0 ? store : other).setInteger("number", i);
+        EXPECT_EQ((i % 2 == 0 ? other : store).integer("number"), i);
+    }
+    EXPECT_THAT(log_.lines, IsEmpty());
+    sqlite3* holder = nullptr;
+    ASSERT_EQ(sqlite3_open(file().c_str(), &holder), SQLITE_OK);
+    sqlite3_exec(holder, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr);
+    store.setInteger("held", 1);
+    sqlite3_exec(holder, "COMMIT", nullptr, nullptr, nullptr);
+    sqlite3_close(holder);
+    EXPECT_THAT(log_.lines, ElementsAre("Cannot store held: database is locked"));
+    store.setInteger("next", 2);
+    EXPECT_EQ(other.integer("held"), 1);
+    EXPECT_EQ(other.integer("next"), 2);
 }
 
 TEST_F(SqliteDefaultsStoreTest, TakesAnEmptyFileForANewOne) {
