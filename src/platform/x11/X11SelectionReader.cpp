@@ -216,7 +216,8 @@ void X11SelectionReader::handleTargets() {
         return;
     }
     std::vector<xcb_atom_t> offered(received_.size() / sizeof(xcb_atom_t));
-    std::memcpy(offered.data(), received_.data(), offered.size() * sizeof(xcb_atom_t));
+    if (!offered.empty())
+        std::memcpy(offered.data(), received_.data(), offered.size() * sizeof(xcb_atom_t));
     const auto isOffered = [&](xcb_atom_t target) {
         return std::find(offered.begin(), offered.end(), target) != offered.end();
     };
