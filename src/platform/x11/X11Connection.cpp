@@ -18,6 +18,10 @@ namespace {
 // Sent by another client with SendEvent; the rest of the byte is the type (X11 protocol, 1).
 constexpr std::uint8_t sentFlag = 0x80;
 
+bool isRawInput(std::uint16_t type) {
+    return type >= XCB_INPUT_RAW_KEY_PRESS && type <= XCB_INPUT_RAW_MOTION;
+}
+
 constexpr std::uint32_t genericKey(std::uint8_t opcode, std::uint16_t type) {
     return (std::uint32_t{opcode} << 16U) | type | 0x1000000U;
 }
@@ -192,18 +196,31 @@ void X11Connection::dispatch(const xcb_generic_event_t& event) {
         const auto& generic = reinterpret_cast<const xcb_ge_generic_event_t&>(event);
         key = genericKey(generic.extension, generic.event_type);
     }
-    noteTime(event, type);
+    // What a client sends may name any time.
+    if (type == event.response_type)
+        noteTime(event);
     if (type == XCB_DESTROY_NOTIFY)
         eventMasks_.erase(reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window);
     if (const auto found = handlers_.find(key); found != handlers_.end())
         found->second.emit(event);
 }
 
-void X11Connection::noteTime(const xcb_generic_event_t& event, std::uint8_t type) {
-    if (type == XCB_KEY_PRESS || type == XCB_KEY_RELEASE)
-        lastTime_ = reinterpret_cast<const xcb_key_press_event_t&>(event).time;
-    else if (type == XCB_PROPERTY_NOTIFY)
-        lastTime_ = reinterpret_cast<const xcb_property_notify_event_t&>(event).time;
+void X11Connection::noteTime(const xcb_generic_event_t& event) {
+    xcb_timestamp_t time = XCB_CURRENT_TIME;
+    if (event.response_type == XCB_KEY_PRESS || event.response_type == XCB_KEY_RELEASE) {
+        time = reinterpret_cast<const xcb_key_press_event_t&>(event).time;
+    } else if (event.response_type == XCB_PROPERTY_NOTIFY) {
+        time = reinterpret_cast<const xcb_property_notify_event_t&>(event).time;
+    } else if (event.response_type == XCB_GE_GENERIC && hasXInput_.value_or(false)) {
+        const auto& raw = reinterpret_cast<const xcb_input_raw_key_press_event_t&>(event);
+        if (raw.extension == xcb_get_extension_data(connection_, &xcb_input_id)->major_opcode &&
+            isRawInput(raw.event_type))
+            time = raw.time;
+    }
+    // The server's milliseconds begin again after 49 days; half of that is the difference between old and new.
+    constexpr std::uint32_t half = 1U << 31U;
+    if (time != XCB_CURRENT_TIME && (lastTime_ == XCB_CURRENT_TIME || time - lastTime_ < half))
+        lastTime_ = time;
 }
 
 }  // namespace brindle

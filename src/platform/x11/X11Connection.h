@@ -64,7 +64,8 @@ public:
     /// subscription is let go. Empty when the server has no XInput 2.2: with 2.0 a grab would hide the releases.
     [[nodiscard]] Subscription selectRawEvents(std::uint32_t mask);
 
-    /// The newest of the server's times seen on an event here; 0, which is the current time, before the first.
+    /// The newest of the server's times seen on an event here, never an older one than before; 0, which is the current
+    /// time, before the first.
     [[nodiscard]] xcb_timestamp_t lastTime() const { return lastTime_; }
 
     /// The whole property, up to `limit` bytes; none when the window or the property is gone or of another type.
@@ -88,7 +89,7 @@ private:
     void readEvents();
     void dispatchQueued();
     void dispatch(const xcb_generic_event_t& event);
-    void noteTime(const xcb_generic_event_t& event, std::uint8_t type);
+    void noteTime(const xcb_generic_event_t& event);
     [[nodiscard]] bool announcesXInput();
     void applyRawEvents();
 
