@@ -111,6 +111,11 @@ xcb_window_t activeWindow(X11Connection& connection) {
     return focusedClient(connection);
 }
 
+xcb_window_t receiverOfKeys(X11Connection& connection) {
+    const auto active = activeWindow(connection);
+    return isShown(connection, active) ? active : focusedClient(connection);
+}
+
 WindowNames namesOf(X11Connection& connection, xcb_window_t window) {
     WindowNames names;
     if (const auto both = connection.property(window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING)) {
@@ -156,11 +161,15 @@ bool isShown(X11Connection& connection, xcb_window_t window) {
     return attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
 }
 
+xcb_window_t ownerOf(X11Connection& connection, xcb_window_t window) {
+    return connection.firstOfProperty32(window, XCB_ATOM_WM_TRANSIENT_FOR, XCB_ATOM_WINDOW);
+}
+
 bool isOrBelongsTo(X11Connection& connection, xcb_window_t window, xcb_window_t owner) {
     for (int depth = 0; depth < longestFamily && window != none; ++depth) {
         if (window == owner)
             return true;
-        window = connection.firstOfProperty32(window, XCB_ATOM_WM_TRANSIENT_FOR, XCB_ATOM_WINDOW);
+        window = ownerOf(connection, window);
     }
     return false;
 }

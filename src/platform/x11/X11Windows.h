@@ -23,6 +23,10 @@ bool managerSupports(X11Connection& connection, std::string_view feature);
 /// the one under the pointer when the focus follows it. 0: none.
 xcb_window_t activeWindow(X11Connection& connection);
 
+/// The window that keys go to: the active one, or where that is not on the screen, which some window managers go on
+/// reporting, the one with the input focus. 0: none.
+xcb_window_t receiverOfKeys(X11Connection& connection);
+
 WindowNames namesOf(X11Connection& connection, xcb_window_t window);
 
 /// The process on this machine that owns the window; -1 when the window does not tell.
@@ -34,6 +38,9 @@ ActivationPolicy policyOf(X11Connection& connection, xcb_window_t window);
 
 bool exists(X11Connection& connection, xcb_window_t window);
 bool isShown(X11Connection& connection, xcb_window_t window);
+
+/// The window that this one is a dialog of; 0 when it is none.
+xcb_window_t ownerOf(X11Connection& connection, xcb_window_t window);
 
 /// Whether `window` is `owner` or a dialog of it, at any depth.
 bool isOrBelongsTo(X11Connection& connection, xcb_window_t window, xcb_window_t owner);

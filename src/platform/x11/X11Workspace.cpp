@@ -4,6 +4,7 @@
 
 #include <QProcess>
 #include <QUrl>
+#include <algorithm>
 #include <utility>
 
 #include "platform/Bundle.h"
@@ -39,12 +40,16 @@ X11Workspace::X11Workspace(X11Connection& connection, const DesktopEntryIndex& i
     ourselves_ = std::make_shared<X11RunningApplication>(
         nullptr, XCB_WINDOW_NONE, std::make_shared<bool>(false),
         X11ApplicationFacts{identifier, index_.nameOf(identifier.value_or("")), getpid()});
-    for (QTimer* timer : {&settling_, &activationEnd_}) {
+    for (QTimer* timer : {&settling_, &activationEnd_, &handOver_}) {
         timer->setSingleShot(true);
         timer->setTimerType(Qt::PreciseTimer);
     }
     connect(&settling_, &QTimer::timeout, this, [this] { settle(); });
     connect(&activationEnd_, &QTimer::timeout, this, [this] { endActivation(); });
+    connect(&handOver_, &QTimer::timeout, this, [this] {
+        if (!activation_)
+            announceHeldBack();
+    });
 
     properties_ = connection_.onEvent(XCB_PROPERTY_NOTIFY, [this](const auto& event) {
         handleProperty(reinterpret_cast<const xcb_property_notify_event_t&>(event));
@@ -155,17 +160,28 @@ void X11Workspace::setActive(Handle handle) {
 }
 
 void X11Workspace::announce() {
-    if (activation_ && x11::isOrBelongsTo(connection_, active_->window(), activation_->window))
+    const bool isWanted = activation_ && x11::isOrBelongsTo(connection_, active_->window(), activation_->window);
+    const bool isOurs = active_->processIdentifier() == getpid();
+    if (isWanted)
         activation_.reset();
-    isUnannounced_ = isMasked();
+    if (isWanted || isOurs)
+        handOver_.stop();
+    else if (isAfterOurs_)  // the window manager gives the focus of a popover that closes to one of its own choice
+        handOver_.start(milliseconds(handOverTime));
+    isAfterOurs_ = isOurs;
+    isUnannounced_ = isMasked() || handOver_.isActive();
     if (!isUnannounced_)
+        activations_.emit(active_);
+}
+
+void X11Workspace::announceHeldBack() {
+    if (std::exchange(isUnannounced_, false) && active_)
         activations_.emit(active_);
 }
 
 void X11Workspace::endActivation() {
     activation_.reset();
-    if (std::exchange(isUnannounced_, false) && active_)
-        activations_.emit(active_);
+    announceHeldBack();
 }
 
 bool X11Workspace::isMasked() const {
@@ -190,16 +206,23 @@ std::shared_ptr<X11RunningApplication> X11Workspace::makeHandle(xcb_window_t win
 
 X11ApplicationFacts X11Workspace::factsOf(xcb_window_t window) const {
     X11ApplicationFacts facts;
-    const auto names = x11::namesOf(connection_, window);
     facts.processIdentifier = x11::processOf(connection_, window);
     facts.activationPolicy = x11::policyOf(connection_, window);
-    facts.bundleIdentifier =
-        facts.processIdentifier == getpid() ? bundle_.bundleIdentifier() : index_.identifierFor(names);
+    facts.bundleIdentifier = facts.processIdentifier == getpid() ? bundle_.bundleIdentifier() : identifierOf(window);
     if (facts.bundleIdentifier)
         facts.localizedName = index_.nameOf(*facts.bundleIdentifier);
-    if (!facts.localizedName && !names.windowClass.empty())
+    if (const auto names = x11::namesOf(connection_, window); !facts.localizedName && !names.windowClass.empty())
         facts.localizedName = names.windowClass;
     return facts;
+}
+
+// Dialogs often say less of their application than the window that they belong to.
+std::optional<std::string> X11Workspace::identifierOf(xcb_window_t window) const {
+    auto identifier = index_.identifierFor(x11::namesOf(connection_, window));
+    const auto owner = x11::ownerOf(connection_, window);
+    if (!identifier && owner != XCB_WINDOW_NONE)
+        identifier = index_.identifierFor(x11::namesOf(connection_, owner));
+    return identifier;
 }
 
 bool X11Workspace::activate(const X11RunningApplication& application) {
@@ -207,7 +230,8 @@ bool X11Workspace::activate(const X11RunningApplication& application) {
         return false;
     if (!isManagerTelling_)
         return focus(application.window());
-    requestActivation(application.window());
+    goToDesktopOf(application.window());
+    askManager(application.window(), activeProperty, {sourcePager, connection_.lastTime()});
     if (!active_ || !x11::isOrBelongsTo(connection_, active_->window(), application.window())) {
         activation_ = {application.window(), application.facts()};
         activationEnd_.start(milliseconds(activationTime));
@@ -215,14 +239,23 @@ bool X11Workspace::activate(const X11RunningApplication& application) {
     return true;
 }
 
-void X11Workspace::requestActivation(xcb_window_t window) {
+// Some window managers leave a window on another desktop where it is, whoever asks for it.
+void X11Workspace::goToDesktopOf(xcb_window_t window) {
+    constexpr std::uint32_t all = 0xFFFFFFFF;
+    constexpr std::string_view current = "_NET_CURRENT_DESKTOP";
+    const auto wanted = connection_.property32(window, connection_.atom("_NET_WM_DESKTOP"), XCB_ATOM_CARDINAL);
+    const auto shown = connection_.property32(connection_.root(), connection_.atom(current), XCB_ATOM_CARDINAL);
+    if (!wanted.empty() && !shown.empty() && wanted[0] != all && wanted[0] != shown[0])
+        askManager(connection_.root(), current, {wanted[0], connection_.lastTime()});
+}
+
+void X11Workspace::askManager(xcb_window_t window, std::string_view name, std::array<std::uint32_t, 2> data) {
     xcb_client_message_event_t message{};
     message.response_type = XCB_CLIENT_MESSAGE;
     message.format = 32;
     message.window = window;
-    message.type = connection_.atom(activeProperty);
-    message.data.data32[0] = sourcePager;
-    message.data.data32[1] = connection_.lastTime();
+    message.type = connection_.atom(name);
+    std::copy(data.begin(), data.end(), message.data.data32);
     xcb_send_event(connection_.get(), 0, connection_.root(),
                    XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
                    reinterpret_cast<const char*>(&message));

@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QTimer>
+#include <array>
 #include <memory>
 #include <unordered_map>
 
@@ -22,6 +23,9 @@ class X11Workspace : public QObject, public Workspace {
 public:
     /// Seconds in which a window manager follows a request to activate a window, or never will.
     static constexpr double activationTime = 1.2;
+    /// Seconds from the end of a window of ours until the window that came after it counts as the user's choice. A
+    /// paste names its own within the first half of them.
+    static constexpr double handOverTime = 0.1;
 
     X11Workspace(X11Connection& connection, const DesktopEntryIndex& index, const Bundle& bundle);
     ~X11Workspace() override;
@@ -54,11 +58,14 @@ private:
     void setActive(Handle handle);
     [[nodiscard]] Handle shownActive() const;
     void announce();
+    void announceHeldBack();
     void endActivation();
     [[nodiscard]] bool isMasked() const;
     [[nodiscard]] Handle makeHandle(xcb_window_t window) const;
     [[nodiscard]] X11ApplicationFacts factsOf(xcb_window_t window) const;
-    void requestActivation(xcb_window_t window);
+    [[nodiscard]] std::optional<std::string> identifierOf(xcb_window_t window) const;
+    void goToDesktopOf(xcb_window_t window);
+    void askManager(xcb_window_t window, std::string_view name, std::array<std::uint32_t, 2> data);
     bool focus(xcb_window_t window);
 
     X11Connection& connection_;
@@ -70,9 +77,11 @@ private:
     bool isManagerTelling_ = false;
     Handle active_;
     bool isUnannounced_ = false;
+    bool isAfterOurs_ = false;  // the window in front came after one of ours
     QTimer settling_;
     std::optional<Activation> activation_;
     QTimer activationEnd_;
+    QTimer handOver_;
     mutable std::unordered_map<xcb_window_t, std::shared_ptr<bool>> isGone_;
 
     Signal<const RunningApplicationHandle&> activations_;

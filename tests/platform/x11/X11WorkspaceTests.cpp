@@ -69,6 +69,10 @@ TEST_F(X11WorkspaceTest, TellsWhoIsInFront) {
     ASSERT_TRUE(path);
     EXPECT_THAT(workspace_->iconForFile(*path), Optional(std::string("pen")));
 
+    OtherWindow dialog({.windowClass = "prompt", .transientFor = editor.id()});
+    bringUp(dialog);
+    EXPECT_EQ(workspace_->frontmostApplication()->bundleIdentifier(), application->bundleIdentifier());
+
     bringUp(unknown);
     EXPECT_EQ(workspace_->frontmostApplication()->bundleIdentifier(), std::nullopt);
     EXPECT_THAT(workspace_->frontmostApplication()->localizedName(), Optional(std::string("Unheard-of")));
@@ -79,7 +83,7 @@ TEST_F(X11WorkspaceTest, TellsWhoIsInFront) {
     EXPECT_TRUE(await([&] { return front() == ours.winId(); }));
     EXPECT_EQ(workspace_->frontmostApplication()->bundleIdentifier(), bundle_.bundleIdentifier());
     EXPECT_EQ(workspace_->frontmostApplication()->processIdentifier(), getpid());
-    EXPECT_THAT(noticed_, ElementsAre(editor.id(), unknown.id(), ours.winId()));
+    EXPECT_THAT(noticed_, ElementsAre(editor.id(), dialog.id(), unknown.id(), ours.winId()));
 }
 
 TEST_F(X11WorkspaceTest, TellsApplicationsFromTheFurnitureOfTheDesktop) {
@@ -149,6 +153,32 @@ TEST_F(X11WorkspaceTest, ActivatesTheVeryWindowAmongThreeOfOneApplication) {
         EXPECT_EQ(front(), windows[wanted]->id());
         EXPECT_TRUE(windows[wanted]->hasFocus());
         EXPECT_THAT(noticed_, ElementsAre(windows[wanted]->id()));
+    }
+}
+
+TEST_F(X11WorkspaceTest, TheWindowThatGetsTheFocusOfAClosingPopoverIsNobodysChoice) {
+    const WindowManager manager;
+    start();
+    OtherWindow wanted({.windowClass = "editor", .process = 4711});
+    OtherWindow stranger({.windowClass = "stranger", .process = 4712});
+    bringUp(wanted);
+    const auto handle = workspace_->frontmostApplication();
+    for (const bool isPaste : {true, false}) {
+        QRasterWindow ours;
+        ours.show();
+        EXPECT_TRUE(await([&] { return front() == ours.winId(); }));
+        noticed_.clear();
+        ours.hide();
+        stranger.show();
+        EXPECT_TRUE(await([&] { return front() == stranger.id(); }));
+        EXPECT_THAT(noticed_, testing::IsEmpty());
+        if (isPaste) {
+            EXPECT_TRUE(handle->activate());
+        }
+        EXPECT_TRUE(await([&] { return !noticed_.empty(); }));
+        EXPECT_THAT(noticed_, ElementsAre(isPaste ? wanted.id() : stranger.id()));
+        stranger.hide();
+        EXPECT_TRUE(await([&] { return front() == wanted.id(); }));
     }
 }
 
