@@ -33,6 +33,21 @@ public:
     KeyDirection direction;
 };
 
+/// While it lives, the server does nothing for any other client.
+class ServerGrab {
+public:
+    explicit ServerGrab(X11Connection& connection) : connection_(connection) { xcb_grab_server(connection_.get()); }
+    ServerGrab(const ServerGrab&) = delete;
+    ServerGrab& operator=(const ServerGrab&) = delete;
+    ~ServerGrab() {
+        xcb_ungrab_server(connection_.get());
+        connection_.flush();
+    }
+
+private:
+    X11Connection& connection_;
+};
+
 template <typename Step>
 void forEach(const KeySet& keys, Step step) {
     for (std::size_t key = 0; key < keys.size(); ++key) {
@@ -93,13 +108,16 @@ void X11KeyEvents::post(EventTapLocation /*location*/, const KeyEvent& event) {
 }
 
 void X11KeyEvents::postPaste() {
-    const auto chord = pasteChordFor(x11::namesOf(connection_, x11::activeWindow(connection_)));
+    const auto chord = pasteChordFor(x11::namesOf(connection_, x11::receiverOfKeys(connection_)));
     if (chord == PasteChord::shiftInsert)
         lendPrimary();
     const auto keys = keysOf(chord, keyboard_);
     // Listened to before the fingers are looked at, so that no release goes unseen.
     rawEvents_ = connection_.selectRawEvents(XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE);
+    // Another program that releases a key between our look and our putting it back would leave it down for ever.
+    const ServerGrab alone(connection_);
     const auto states = X11KeyStates::read(connection_);
+    const KeySet ofPrograms = states.synthetic & ~lentToFingers_ & keyboard_.modifierKeys();
     takeUp(states, keys.back());
     for (auto key = keys.begin(); key != keys.end(); ++key)
         fake(XCB_KEY_PRESS, *key);
@@ -107,7 +125,7 @@ void X11KeyEvents::postPaste() {
         fake(XCB_KEY_RELEASE, *key);
     // At once: a repeat of a held V without its modifiers would be typed.
     // Not where no release could be heard: what we press would stay down.
-    putBack(rawEvents_ ? states.fingers & keyboard_.modifierKeys() : KeySet{});
+    putBack(rawEvents_ ? states.fingers & keyboard_.modifierKeys() : KeySet{}, ofPrograms);
 }
 
 void X11KeyEvents::takeUp(const X11KeyStates& states, xcb_keycode_t lastKey) {
@@ -115,12 +133,12 @@ void X11KeyEvents::takeUp(const X11KeyStates& states, xcb_keycode_t lastKey) {
         fake(XCB_KEY_RELEASE, lastKey);
     // A hot key or tap whose key is still down has the keyboard; the chord would come to us.
     xcb_ungrab_keyboard(connection_.get(), XCB_CURRENT_TIME);
-    letGo(states.synthetic | (states.core & keyboard_.modifierKeys()));
+    letGo((states.core | states.synthetic) & keyboard_.modifierKeys());
 }
 
-void X11KeyEvents::putBack(const KeySet& modifiers) {
-    lentToFingers_ = modifiers;
-    forEach(modifiers, [this](xcb_keycode_t key) { fake(XCB_KEY_PRESS, key); });
+void X11KeyEvents::putBack(const KeySet& ofFingers, const KeySet& ofPrograms) {
+    lentToFingers_ = ofFingers & ~ofPrograms;  // what a program pressed it will release
+    forEach(ofFingers | ofPrograms, [this](xcb_keycode_t key) { fake(XCB_KEY_PRESS, key); });
     letGoOfReleased();
 }
 
@@ -145,7 +163,7 @@ void X11KeyEvents::handleRawRelease(const xcb_generic_event_t& event) {
 
 void X11KeyEvents::lendPrimary() {
     primary_.lend();
-    loan_.start(loanTime);
+    loan_.start(primary_.longest);
 }
 
 void X11KeyEvents::fake(std::uint8_t type, xcb_keycode_t key) {

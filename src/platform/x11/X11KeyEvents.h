@@ -18,15 +18,15 @@ struct X11KeyStates;
 struct PrimaryLoan {
     std::function<void()> lend;
     std::function<void()> giveBack;
+    /// Milliseconds. A busy or stopped application asks for the text when it goes on; nobody waits to get it back.
+    int longest = 30'000;
 };
 
 /// Key events through XTEST: V's press is the whole chord that pastes in the application in front, and the only event
-/// that goes out. Keys that fingers hold meanwhile are taken up for the chord and put down again right after it.
+/// that goes out. Modifiers that fingers hold meanwhile, here or through a program that presses keys for somebody
+/// elsewhere, are taken up for the chord and put down again right after it.
 class X11KeyEvents : public KeyEvents {
 public:
-    /// An application that pastes PRIMARY may ask for it this long after the chord, in milliseconds.
-    static constexpr int loanTime = 1500;
-
     X11KeyEvents(X11Connection& connection, PrimaryLoan primary);
     ~X11KeyEvents() override;
 
@@ -38,7 +38,7 @@ public:
 private:
     void postPaste();
     void takeUp(const X11KeyStates& states, xcb_keycode_t lastKey);
-    void putBack(const KeySet& modifiers);
+    void putBack(const KeySet& ofFingers, const KeySet& ofPrograms);
     void letGo(const KeySet& keys);
     void letGoOfReleased();
     void handleRawRelease(const xcb_generic_event_t& event);

@@ -22,7 +22,7 @@ constexpr std::array exceptions = {
     Exception{"gnome-terminal-server", PasteChord::controlShiftV},
     Exception{"gvim", PasteChord::shiftInsert},
     Exception{"kgx", PasteChord::controlShiftV},
-    Exception{"kitty", PasteChord::controlShiftV},
+    Exception{"kitty", PasteChord::shiftInsert},  // takes Control+Shift+V in Latin layouts only
     Exception{"konsole", PasteChord::controlShiftV},
     Exception{"lxterminal", PasteChord::controlShiftV},
     Exception{"mate-terminal", PasteChord::controlShiftV},

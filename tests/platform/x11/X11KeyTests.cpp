@@ -1,4 +1,9 @@
 #include <gmock/gmock.h>
+#include <xcb/xinput.h>
+#include <xcb/xtest.h>
+
+#include <array>
+#include <cstring>
 
 #include "platform/StatusBar.h"
 #include "platform/x11/X11EventTaps.h"
@@ -90,7 +95,7 @@ protected:
     X11Keyboard keyboard_{*connection_};
     int lent_ = 0;
     int givenBack_ = 0;
-    X11KeyEvents keyEvents_{*connection_, {[this] { ++lent_; }, [this] { ++givenBack_; }}};
+    X11KeyEvents keyEvents_{*connection_, {[this] { ++lent_; }, [this] { ++givenBack_; }, 100}};
     X11HotKeys hotKeys_{*connection_, keyboard_};
     HotKeyRef hotKey_ = 7;
     int fired_ = 0;
@@ -302,6 +307,44 @@ TEST_F(X11KeyTest, ChordIsTheOneThatTheApplicationTakes) {
     EXPECT_EQ(lent_, 1);
     EXPECT_EQ(givenBack_, 0);
     EXPECT_TRUE(await([&] { return givenBack_ == 1; }));
+}
+
+TEST_F(X11KeyTest, KeysThatAProgramHoldsForSomebodyElsewhereStayItsOwn) {
+    const auto program = X11Connection::open();
+    const auto fake = [&](std::uint8_t type) {
+        for (const auto key : {keyControlLeft, keySuperLeft})
+            xcb_test_fake_input(program->get(), type, key, XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
+        return keysDown(*program);
+    };
+    const KeySet held = fake(XCB_KEY_PRESS);
+    hands_.press(keyControlLeft);
+    for (int i = 0; i < 3; ++i) {
+        paste();
+        EXPECT_THAT(seen(), ElementsAre(OtherWindow::Key{true, keyV, control}));
+        EXPECT_EQ(X11KeyStates::read(*connection_).synthetic, held);
+    }
+    fake(XCB_KEY_RELEASE);
+    hands_.release(keyControlLeft);
+    EXPECT_TRUE(await([&] { return keysDown(*connection_).none(); }));
+}
+
+TEST_F(X11KeyTest, TheTimeIsTheServersOwn) {
+    const auto raw = connection_->selectRawEvents(XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS);
+    keysDown(*connection_);
+    hands_.tap(keyA);
+    EXPECT_TRUE(await([&] { return connection_->lastTime() != XCB_CURRENT_TIME; }));
+    const auto before = connection_->lastTime();
+    connection_->selectEvents(connection_->root(), XCB_EVENT_MASK_PROPERTY_CHANGE);
+    xcb_property_notify_event_t lie{};
+    lie.response_type = XCB_PROPERTY_NOTIFY;
+    lie.time = before + 1'000'000;
+    bool isHeard = false;
+    const auto heard = connection_->onEvent(XCB_PROPERTY_NOTIFY, [&](const auto&) { isHeard = true; });
+    std::array<char, 32> event{};
+    std::memcpy(event.data(), &lie, sizeof lie);
+    xcb_send_event(connection_->get(), 0, connection_->root(), XCB_EVENT_MASK_PROPERTY_CHANGE, event.data());
+    EXPECT_TRUE(await([&] { return isHeard; }));
+    EXPECT_EQ(connection_->lastTime(), before);
 }
 
 TEST_F(X11KeyTest, QuittingLeavesNoKeyDown) {
