@@ -30,7 +30,8 @@ public:
         std::function<void(const RunningApplicationHandle&)> observer) = 0;
 
     /// Hands an address (RFC 3986) to the program that the user chose for it, without waiting for it. False when it
-    /// does not parse or nothing opens it. `accessibilitySettingsUrl` is understood as well.
+    /// does not parse or the desktop has nothing to hand it to; whether that program can open it is not known here.
+    /// `accessibilitySettingsUrl` is understood as well.
     virtual bool openUrl(std::string_view url) = 0;
 
     /// Path of the installed application with this bundle identifier; none when no such application is installed.

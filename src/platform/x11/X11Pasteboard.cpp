@@ -3,6 +3,8 @@
 #include <chrono>
 #include <utility>
 
+#include "base/Log.h"
+
 namespace brindle {
 
 namespace {
@@ -25,6 +27,7 @@ Subscription onCoreEvent(X11Connection& connection, std::uint8_t type, Handler h
 X11Pasteboard::X11Pasteboard(X11Connection& connection, X11ReadLimits limits)
     : connection_(connection),
       clipboard_(connection.atom("CLIPBOARD")),
+      hasNotices_(connection.hasExtension(xcb_xfixes_id)),
       server_(connection),
       reader_(connection, clipboard_, limits, [this](std::optional<SharedText> text) { settle(std::move(text)); }) {
     heldClearing_.setSingleShot(true);
@@ -51,6 +54,10 @@ void X11Pasteboard::subscribe() {
             else
                 server_.handleProperty(event);
         }));
+    if (!hasNotices_) {
+        log("The X server has no XFixes extension: what other programs copy is not noticed.");
+        return;
+    }
     const auto xfixes = connection_.firstEvent(xcb_xfixes_id);
     events_.push_back(onCoreEvent<xcb_xfixes_selection_notify_event_t>(
         connection_, xfixes + XCB_XFIXES_SELECTION_NOTIFY, [this](const auto& event) { handleNotice(event); }));
@@ -59,7 +66,8 @@ void X11Pasteboard::subscribe() {
 }
 
 void X11Pasteboard::watch(xcb_atom_t selection, std::uint32_t events) {
-    xcb_xfixes_select_selection_input(connection_.get(), server_.window(), selection, events);
+    if (hasNotices_)
+        xcb_xfixes_select_selection_input(connection_.get(), server_.window(), selection, events);
 }
 
 void X11Pasteboard::readPresentOwner() {

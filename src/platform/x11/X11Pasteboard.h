@@ -52,6 +52,7 @@ private:
 
     X11Connection& connection_;
     xcb_atom_t clipboard_;
+    bool hasNotices_;  // of other programs that take or leave a selection
     X11SelectionServer server_;
     X11SelectionReader reader_;
     QTimer heldClearing_;  // real at the end of the turn, so that clearing and setting are one change of ownership

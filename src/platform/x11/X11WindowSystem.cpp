@@ -81,6 +81,8 @@ void X11WindowSystem::keepOffTaskbar(QWindow& window) {
 }
 
 void X11WindowSystem::setInputRectangle(QWindow& window, QRect rectangle) {
+    if (!connection_->hasExtension(xcb_xfixes_id))
+        return;
     const double scale = window.devicePixelRatio();
     const QRect pixels = QRectF(rectangle.topLeft() * scale, rectangle.size() * scale).toRect();
     const xcb_rectangle_t area{static_cast<std::int16_t>(pixels.x()), static_cast<std::int16_t>(pixels.y()),
