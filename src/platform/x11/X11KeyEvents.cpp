@@ -145,7 +145,10 @@ void X11KeyEvents::putBack(const KeySet& ofFingers, const KeySet& ofPrograms) {
 void X11KeyEvents::letGoOfReleased() {
     const KeySet released = lentToFingers_ & ~X11KeyStates::read(connection_).fingers;
     letGo(released);
-    lentToFingers_ &= ~released;
+    // A finger that came back in between has lost its modifier to our release.
+    const KeySet back = released & X11KeyStates::read(connection_).fingers;
+    forEach(back, [this](xcb_keycode_t key) { fake(XCB_KEY_PRESS, key); });
+    lentToFingers_ &= ~released | back;
     if (lentToFingers_.none())
         rawEvents_.reset();
 }
@@ -157,8 +160,10 @@ void X11KeyEvents::letGo(const KeySet& keys) {
 
 void X11KeyEvents::handleRawRelease(const xcb_generic_event_t& event) {
     const auto key = reinterpret_cast<const xcb_input_raw_key_release_event_t&>(event).detail;
-    if (key < lentToFingers_.size() && lentToFingers_[key])
-        letGoOfReleased();
+    if (key >= lentToFingers_.size() || !lentToFingers_[key])
+        return;
+    const ServerGrab alone(connection_);
+    letGoOfReleased();
 }
 
 void X11KeyEvents::lendPrimary() {
