@@ -230,6 +230,9 @@ bool X11Workspace::activate(const X11RunningApplication& application) {
         return false;
     if (!isManagerTelling_)
         return focus(application.window());
+    // Some window managers would take the focus away from it and give it back, in the middle of a paste.
+    if (const auto front = shownActive(); front && front->window() == application.window())
+        return true;
     goToDesktopOf(application.window());
     askManager(application.window(), activeProperty, {sourcePager, connection_.lastTime()});
     if (!active_ || !x11::isOrBelongsTo(connection_, active_->window(), application.window())) {
