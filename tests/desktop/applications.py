@@ -10,6 +10,7 @@ import time
 import unittest
 
 from desktop import Desktop
+from programs import PROGRAMS, PageServer
 from x11 import Rect
 
 BRINDLE = os.environ.get("BRINDLE", "")
@@ -17,23 +18,7 @@ POPOVER = (350, 500)
 ROWS_TOP, ROW_HEIGHT = 101, 57  # of rows with one line of text
 MENU_PADDING, MENU_ITEM_HEIGHT = 6, 26
 HOT_KEY = ("Super_L", "Shift_L", "v")
-TERMINAL_SCRIPT = 'stty -icanon -echo; exec cat >> "$0"'
-
-EDITORS = {  # program: (arguments before the file, window class, bundle identifier)
-    "mousepad": (["mousepad", "--opening-mode=window"], "mousepad", "org.xfce.mousepad"),
-    "featherpad": (["featherpad", "--win"], "featherpad", "featherpad"),
-    "gnome-text-editor": (["gnome-text-editor", "--new-window"], "gnome-text-editor", "org.gnome.TextEditor"),
-    "chromium": (["chromium", "--no-sandbox", "--no-first-run", "--disable-gpu", "--password-store=basic"], "chromium",
-                 "chromium"),
-    "xterm": (["xterm", "-e", "sh", "-c", TERMINAL_SCRIPT], "xterm", "debian-xterm"),
-    "konsole": (["konsole", "-e", "sh", "-c", TERMINAL_SCRIPT], "konsole", "org.kde.konsole"),
-    "xfce4-terminal": (["xfce4-terminal", "-x", "sh", "-c", TERMINAL_SCRIPT], "xfce4-terminal", "xfce4-terminal"),
-}
-TERMINALS = ("xterm", "konsole", "xfce4-terminal")
-PAGE = """<!doctype html><meta charset=utf-8><textarea style="width:90%;height:90vh">{}</textarea><script>
-const area = document.querySelector("textarea"), show = () => document.title = "page:" + area.value;
-area.focus(); area.oninput = show; requestAnimationFrame(() => requestAnimationFrame(show));
-</script>"""
+CYCLING_KEY = ("Control_L", "Super_L", "v")
 
 
 class Editor:
@@ -41,16 +26,21 @@ class Editor:
 
     def __init__(self, desktop, program, text="", name="notes.txt"):
         self.desktop, self.x, self.program = desktop, desktop.x, program
-        self.path = desktop.home / (f"{name}.html" if program == "chromium" else name)
-        self.path.write_text(PAGE.replace("{}", text) if program == "chromium" else text)
-        command, window_class, self.bundle_identifier = EDITORS[program]
+        self.path = desktop.home / name
+        self.path.write_text(text)
+        command, window_class, self.bundle_identifier, self.kind, files, environment = PROGRAMS[program]
+        for file, content in files.items():
+            (desktop.home / file).parent.mkdir(parents=True, exist_ok=True)
+            (desktop.home / file).write_text(content)
+        page = PageServer(self.path, text) if self.kind == "browser" else None
+        command = [word.replace("{home}", str(desktop.home)) for word in command]
         before = set(self.x.windows(window_class))
-        self.process = desktop.run(*command, str(self.path))
-        self.window = desktop.wait_for(lambda: self._new_window(window_class, before), 30, f"window of {program}")
+        self.process = desktop.run(*command, page.address if page else str(self.path), environment=environment)
+        self.window = desktop.wait_for(lambda: self._new_window(window_class, before), 90, f"window of {program}")
         if self.process.poll() is None:  # else it was handed to a first instance
             desktop.await_idle(self.process)
-        if program == "chromium":  # its window comes before its page
-            desktop.wait_for(lambda: self.x.title(self.window).startswith("page:"), 30, "page in the browser")
+        if page:  # the window comes before the page
+            desktop.wait_for(self.path.exists, 60, "page in the browser")
         self.activate()
 
     def _new_window(self, window_class, before):
@@ -73,12 +63,10 @@ class Editor:
 
     def text(self):
         """What is in the editor now; asks it to save."""
-        if self.program == "chromium":  # the page puts its text in the title
-            return self.x.title(self.window).removeprefix("page:").removesuffix(" - Chromium")
-        if self.program not in TERMINALS and self.is_active:
+        if self.kind == "editor" and self.is_active:
             self.x.chord("Control_L", "s")
             time.sleep(0.1)  # saving has no sign that tells it from having nothing to save
-        return self.path.read_text(errors="replace")
+        return self.path.read_bytes().decode(errors="replace")
 
     def await_text(self, expected, seconds=10):
         try:

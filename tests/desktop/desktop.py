@@ -23,6 +23,7 @@ WINDOW_MANAGERS = {
     "openbox": ["openbox"],
     "xfwm4": ["xfwm4", "--compositor=off"],
     "metacity": ["metacity", "--no-composite"],
+    "kwin": ["kwin_x11"],
 }
 TRAYS = {
     "tint2": ["tint2", "-c", ".config/brindle-tests/tint2rc"],
@@ -30,7 +31,6 @@ TRAYS = {
 }
 COMPOSITORS = {"picom": ["picom", "--backend", "xrender", "--config", "/dev/null"]}
 CONFIGURATION = {
-    "featherpad/fp.conf": "[text]\nappendEmptyLine=false\n",
     "brindle-tests/tint2rc": """
 rounded = 0
 background_color = #2d3440 100

@@ -25,6 +25,15 @@ class _Attributes(ctypes.Structure):
                 ("override_redirect", c_int), ("screen", c_void_p)]
 
 
+class _KeyState(ctypes.Structure):
+    _fields_ = [("class_", ctypes.c_ubyte), ("length", ctypes.c_ubyte), ("count", ctypes.c_short),
+                ("keys", ctypes.c_ubyte * 32)]
+
+
+class _DeviceState(ctypes.Structure):
+    _fields_ = [("device", c_ulong), ("classes", c_int), ("first", POINTER(_KeyState))]
+
+
 class _Image(ctypes.Structure):
     _fields_ = [("width", c_int), ("height", c_int), ("x_offset", c_int), ("format", c_int), ("data", c_void_p),
                 ("byte_order", c_int), ("unit", c_int), ("bit_order", c_int), ("pad", c_int), ("depth", c_int),
@@ -47,6 +56,7 @@ _declare(_x, c_ulong, "XDefaultRootWindow", "XInternAtom", "XGetSelectionOwner",
          "XkbKeycodeToKeysym")
 _declare(_xi, POINTER(_DeviceInfo), "XListInputDevices")
 _declare(_xi, c_void_p, "XOpenDevice")
+_declare(_xi, POINTER(_DeviceState), "XQueryDeviceState")
 
 
 class Rect(NamedTuple):
@@ -154,19 +164,41 @@ class X11:
         return window.value
 
     def activate(self, window):
-        message = _ClientMessage(type=33, window=window, message=self.atom("_NET_ACTIVE_WINDOW"), format=32)
-        message.data[0] = 2
+        self.ask("_NET_ACTIVE_WINDOW", window, 2)
+
+    def ask(self, name, window, *data):
+        """A client message to the window manager."""
+        message = _ClientMessage(type=33, window=window, message=self.atom(name), format=32)
+        message.data[:len(data)] = data
         _x.XSendEvent(self._display, c_ulong(self.root), 0, ctypes.c_long(0x180000), byref(message))
         _x.XSync(self._display, 0)
 
     # The keyboard: a device of its own beside the XTEST one, so the server takes these keys for a person's
 
-    def _open_keyboard(self):
+    def _keyboards(self):
+        """The names and numbers of all keyboards that keys are pressed on."""
         count = c_int()
         devices = _xi.XListInputDevices(self._display, byref(count))
-        found = [devices[i].id for i in range(count.value) if devices[i].name == b"Xvfb keyboard"]
+        found = {devices[i].name: devices[i].id for i in range(count.value) if devices[i].use == 3}
         _xi.XFreeDeviceList(devices)
-        return c_void_p(_xi.XOpenDevice(self._display, c_ulong(found[0]))) if found else None
+        return found
+
+    def _open_device(self, number):
+        return c_void_p(_xi.XOpenDevice(self._display, c_ulong(number)))
+
+    def _open_keyboard(self):
+        number = self._keyboards().get(b"Xvfb keyboard")
+        return self._open_device(number) if number else None
+
+    def keys_down(self):
+        """Pairs of a keyboard and a key that is down on it, the keyboard that applications see among them."""
+        core = (ctypes.c_ubyte * 32)()
+        _x.XQueryKeymap(self._display, core)
+        down = {"core": core}
+        for name, number in self._keyboards().items():
+            state = _xi.XQueryDeviceState(self._display, self._open_device(number)).contents
+            down[name.decode()] = state.first.contents.keys
+        return [(name, key) for name, keys in down.items() for key in range(256) if keys[key // 8] >> key % 8 & 1]
 
     def _keycode(self, keysym):
         value = ord(keysym) if len(keysym) == 1 else _x.XStringToKeysym(keysym.encode())
@@ -191,6 +223,11 @@ class X11:
             keysym = "Return" if character == "\n" else character
             self.chord(*(["Shift_L"] if self._keycode(keysym)[1] else []), keysym)
             time.sleep(0.004)  # a fast typist; editors drop nothing at this pace
+
+    def fake_key(self, keysym, down):
+        """As programs do that bring somebody's keys here from another machine."""
+        _xtst.XTestFakeKeyEvent(self._display, c_uint(self._keycode(keysym)[0]), int(down), c_ulong(0))
+        _x.XSync(self._display, 0)
 
     def grab(self, keysym, modifiers):
         """Takes a combination away from everybody else; false when somebody has it already."""
