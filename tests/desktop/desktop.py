@@ -88,8 +88,7 @@ class Desktop:
             self.run(*WINDOW_MANAGERS[self.window_manager])
             self.wait_for(lambda: self.x.numbers(self.x.root, "_NET_SUPPORTING_WM_CHECK"), 10, "window manager")
         if self.compositor:
-            self._compositor_process = self.run(*COMPOSITORS[self.compositor])
-            self.wait_for(lambda: self.x.owner("_NET_WM_CM_S0"), 10, "compositor")
+            self.start_compositor(self.compositor)
         if self.tray_name:
             self.start_tray()
 
@@ -128,13 +127,18 @@ class Desktop:
         self.x.move(width // 2, height // 2)
 
     def _start_bus(self):
-        bus = self.run("dbus-daemon", "--session", "--nofork", "--print-address=1", stdout=subprocess.PIPE)
-        self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().decode().strip()
+        self.bus_process = self.run("dbus-daemon", "--session", "--nofork", "--print-address=1",
+                                    stdout=subprocess.PIPE)
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = self.bus_process.stdout.readline().decode().strip()
 
     def start_tray(self):
         self.tray = self.run(*TRAYS[self.tray_name])
         self.wait_for(lambda: self.x.owner("_NET_SYSTEM_TRAY_S0"), 10, "tray")
         return self.tray
+
+    def start_compositor(self, name="picom"):
+        self._compositor_process = self.run(*COMPOSITORS[name])
+        self.wait_for(lambda: self.x.owner("_NET_WM_CM_S0"), 10, "compositor")
 
     def stop_compositor(self):
         self._compositor_process.terminate()

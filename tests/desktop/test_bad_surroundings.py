@@ -1,4 +1,7 @@
 """Desktops that lack something: Brindle does what is left to do, and says what it must."""
+import signal
+import subprocess
+import time
 import unittest
 
 from applications import HOT_KEY, Brindle, DesktopTest, Editor
@@ -68,6 +71,49 @@ class BadSurroundingsTest(DesktopTest):
         brindle.await_contents(["copied"])
         brindle.click_icon()
         brindle.await_open()
+
+    def test_everything_changes_around_it(self):
+        desktop, brindle = self.start()
+        environment = desktop.environment
+
+        def stop_for_a_while():
+            brindle.process.send_signal(signal.SIGSTOP)
+            time.sleep(2)
+            brindle.process.send_signal(signal.SIGCONT)
+
+        def resize(mode):
+            subprocess.run(["xrandr", "--output", "screen", "--mode", mode], env=environment, check=True)
+            desktop.wait_for(lambda: mode.startswith(str(desktop.x.rect(desktop.x.root).width)), 5, "new size")
+
+        subprocess.run("xrandr --newmode 800x600 40 800 840 968 1056 600 601 605 628; xrandr --addmode screen 800x600",
+                       shell=True, env=environment, check=True)
+        captured = []
+        for name, happen in (
+                ("window manager replaced", lambda: desktop.run("openbox", "--replace")),
+                ("compositor started", desktop.start_compositor), ("compositor killed", desktop.stop_compositor),
+                ("smaller screen", lambda: resize("800x600")), ("larger screen", lambda: resize("1280x800")),
+                ("bus gone", lambda: (desktop.bus_process.kill(), desktop.bus_process.wait())),
+                ("stopped for a while", stop_for_a_while)):
+            with self.subTest(name):
+                brindle.open()
+                happen()
+                captured.insert(0, name)
+                desktop.copy(name)
+                brindle.await_contents(captured)
+                if not brindle.popover():  # the focus may have gone elsewhere
+                    desktop.wait_for(lambda: brindle.press_hot_key() or time.sleep(0.5) or brindle.popover(), 5, "opens")
+                screen = desktop.x.rect(desktop.x.root)
+                desktop.wait_for(lambda: brindle.popover() and screen.holds(brindle.popover()), 5, "wholly visible")
+                brindle.press_hot_key()
+                brindle.await_closed()
+
+    def test_asked_to_end_it_ends_at_once(self):
+        desktop = self.desktop(tray=None)
+        for number in (signal.SIGTERM, signal.SIGHUP):
+            brindle = Brindle(desktop)
+            brindle.open()
+            brindle.process.send_signal(number)
+            self.assertEqual(brindle.process.wait(2), 0)
 
 
 if __name__ == "__main__":
