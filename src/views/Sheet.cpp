@@ -34,8 +34,11 @@ void Sheet::open(ColorScheme scheme) {
     window_->setContentSize(view_->size());
     window_->setContent(*view_);
     QObject::connect(window_, &FramelessWindow::closed, &popover_, [this] {
-        if (popover_.isVisible())
+        // A popover that closes takes the sheet along and brings it back; the widgets in it are hidden only later.
+        if (popover_.window()->isVisible())
             isPresented_ = false;
+        else
+            close();
     });
     window_->presentSheet();
 }

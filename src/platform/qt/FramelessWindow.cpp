@@ -87,6 +87,17 @@ private:
     FramelessWindow& window_;
 };
 
+/// Lies over the content while there is a sheet and keeps the mouse from it. The toolkit's own modality would do so
+/// too, but hands the focus on with a time that window managers find too old.
+class FramelessWindow::Veil : public QWidget {
+public:
+    explicit Veil(FramelessWindow& window) : QWidget(&window) {
+        setAttribute(Qt::WA_NoMousePropagation);
+        setContextMenuPolicy(Qt::PreventContextMenu);
+        hide();
+    }
+};
+
 FramelessWindow::FramelessWindow(WindowSystem& windowSystem) : FramelessWindow(windowSystem, nullptr) {}
 
 FramelessWindow::FramelessWindow(QWidget& owner) : FramelessWindow(windowSystemOf(owner), owner.window()) {
@@ -98,6 +109,7 @@ FramelessWindow::FramelessWindow(WindowSystem& windowSystem, QWidget* owner)
     : QWidget(owner, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::NoDropShadowWindowHint),
       windowSystem_(&windowSystem),
       isComposited_(windowSystem.isComposited()),
+      veil_(new Veil(*this)),
       edge_(new Edge(*this)) {
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_QuitOnClose, false);
@@ -108,6 +120,7 @@ void FramelessWindow::setContent(QWidget& content) {
     content_ = &content;
     content.setParent(this);
     content.show();
+    veil_->raise();
     edge_->raise();
     layOut(contentFrame().topLeft());
 }
@@ -131,7 +144,9 @@ void FramelessWindow::moveContentTo(QPoint topLeft) {
 }
 
 void FramelessWindow::presentSheet() {
-    const auto* owner = parentWidget() == nullptr ? nullptr : FramelessWindow::of(parentWidget());
+    auto* owner = FramelessWindow::of(parentWidget());
+    if (owner != nullptr)
+        owner->setSheet(this);
     const QRect around = owner != nullptr ? owner->contentFrame() : screen()->availableGeometry();
     const QScreen* place = owner != nullptr ? owner->screen() : screen();
     QRect frame(QPoint(), contentSize_);
@@ -149,6 +164,11 @@ void FramelessWindow::takeFocus() {
     windowSystem_->takeFocus(*windowHandle());
 }
 
+void FramelessWindow::setSheet(FramelessWindow* sheet) {
+    sheet_ = sheet;
+    veil_->setVisible(sheet != nullptr);
+}
+
 FramelessWindow* FramelessWindow::of(const QWidget* widget) {
     for (; widget != nullptr; widget = widget->window()->parentWidget())
         if (auto* window = qobject_cast<FramelessWindow*>(widget->window()))
@@ -159,6 +179,8 @@ FramelessWindow* FramelessWindow::of(const QWidget* widget) {
 bool FramelessWindow::event(QEvent* event) {
     if (event->type() == QEvent::ScreenChangeInternal)
         keepOnScreen();
+    if (event->type() == QEvent::WindowActivate && sheet_)
+        sheet_->takeFocus();
     return QWidget::event(event);
 }
 
@@ -172,14 +194,16 @@ void FramelessWindow::hideEvent(QHideEvent* event) {
             break;
     }
     // Left to itself, a window manager may give the focus to another program.
-    if (auto* owner = FramelessWindow::of(parentWidget()))
+    if (auto* owner = FramelessWindow::of(parentWidget())) {
+        owner->setSheet(nullptr);
         owner->takeFocus();
+    }
     Q_EMIT closed();
 }
 
 void FramelessWindow::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Escape)
-        close();
+        (sheet_ ? sheet_.data() : this)->close();
     else
         QWidget::keyPressEvent(event);
 }
@@ -229,6 +253,7 @@ void FramelessWindow::layOut(QPoint contentTopLeft) {
     setFixedSize(size());
     if (content_ != nullptr)
         content_->setGeometry(inner);
+    veil_->setGeometry(inner);
     edge_->setGeometry(inner);
     if (isComposited_)
         clearMask();

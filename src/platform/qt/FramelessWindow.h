@@ -20,7 +20,8 @@ public:
     static constexpr int cornerRadius = 12;  ///< points
 
     explicit FramelessWindow(WindowSystem& windowSystem);
-    /// A sheet of the window that the widget is in: it stays above that one and closes with it.
+    /// A sheet of the window that the widget is in: it stays above that one, which takes no input meanwhile, and closes
+    /// with it.
     explicit FramelessWindow(QWidget& owner);
 
     /// The content fills the frame and must paint its whole background. Like any child it is deleted with this window,
@@ -28,6 +29,7 @@ public:
     void setContent(QWidget& content);
     void setContentSize(QSize points);
     void setColorScheme(ColorScheme scheme);
+    [[nodiscard]] ColorScheme colorScheme() const { return scheme_; }
 
     [[nodiscard]] QRect contentFrame() const;  ///< on the desktop, in points
     void moveContentTo(QPoint topLeft);
@@ -56,12 +58,14 @@ protected:
 
 private:
     class Edge;
+    class Veil;
 
     FramelessWindow(WindowSystem& windowSystem, QWidget* owner);
     [[nodiscard]] QMargins shadowMargins() const;
     [[nodiscard]] QRect contentRect() const;  ///< relative to this window
     void followCompositing();
     void keepOnScreen();
+    void setSheet(FramelessWindow* sheet);  ///< the one that is presented over this window, if any
     void layOut(QPoint contentTopLeft);
 
     WindowSystem* windowSystem_;
@@ -69,6 +73,8 @@ private:
     ColorScheme scheme_ = ColorScheme::dark;
     QSize contentSize_;
     QPointer<QWidget> content_;
+    QPointer<FramelessWindow> sheet_;
+    Veil* veil_;
     Edge* edge_;
     Subscription compositing_;
 };
