@@ -3,7 +3,7 @@
 #include <QApplication>
 #include <QScreen>
 #include <QWindow>
-#include <cmath>
+#include <chrono>
 
 #include "platform/MouseMonitor.h"
 #include "platform/qt/Placement.h"
@@ -11,6 +11,11 @@
 namespace brindle {
 
 namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto clickGrace = static_cast<qint64>(MouseMonitor::statusClickGrace * 1000);  // milliseconds
+constexpr auto lookInterval = 25ms;
 
 QRect toQRect(Rect rect) {
     return QRectF(rect.origin.x, rect.origin.y, rect.size.width, rect.size.height).toAlignedRect();
@@ -29,9 +34,7 @@ const QScreen& screenAt(QPoint point) {
 }  // namespace
 
 QtPopover::QtPopover(WindowSystem& windowSystem) : window_(windowSystem) {
-    // A click on a tray that takes the focus must find the popover as it was.
-    focusLoss_.setInterval(static_cast<int>(std::lround(MouseMonitor::statusClickGrace * 1000)));
-    focusLoss_.setSingleShot(true);
+    focusLoss_.setInterval(lookInterval);
     focusLoss_.callOnTimeout([this] { closeUnlessFocused(); });
     QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, &window_,
                      [this](QWindow* focused) { followFocus(focused); });
@@ -90,15 +93,18 @@ void QtPopover::makeKeyWindow() {
 void QtPopover::followFocus(const QWindow* focused) {
     if (focused != nullptr)
         focusLoss_.stop();
-    else if (isShown() && isTransient_)
+    else if (isShown() && isTransient_) {
+        sinceHold_.start();
         focusLoss_.start();
+    }
 }
 
 void QtPopover::closeUnlessFocused() {
-    // A menu of ours has the keyboard without being a focus window; a button still held may be a click on the tray.
+    // A menu of ours has the keyboard without being a focus window. A button that is held may be a click on a tray that
+    // takes the focus: the click, which comes a while after the release, must find the popover as it was.
     if (window_.windowSystem().isMouseButtonDown() || QApplication::activePopupWidget() != nullptr)
-        focusLoss_.start();
-    else
+        sinceHold_.start();
+    else if (sinceHold_.elapsed() >= clickGrace)
         performClose();
 }
 

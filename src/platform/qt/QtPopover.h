@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QTimer>
 
 #include "platform/Popover.h"
@@ -31,7 +32,8 @@ private:
     void closeUnlessFocused();
 
     FramelessWindow window_;
-    QTimer focusLoss_;
+    QTimer focusLoss_;         ///< runs while no window of the program has the focus
+    QElapsedTimer sinceHold_;  ///< since the focus went, or the last look that found something holding the popover
     bool isTransient_ = false;
     std::unique_ptr<QtPopoverContent> content_;
     Subscription colorScheme_;

@@ -100,6 +100,7 @@ void QtStatusItem::performClick() {
 
 void QtStatusItem::createIcon(TrayKind kind) {
     kind_ = kind;
+    context_.isIconElsewhere = kind == TrayKind::notifier;
     icon_ = std::make_unique<QSystemTrayIcon>();
     icon_->setToolTip(QGuiApplication::applicationDisplayName());
     QObject::connect(icon_.get(), &QSystemTrayIcon::activated, icon_.get(),

@@ -44,8 +44,10 @@ std::optional<std::uint32_t> toolkitClient() {
 
 }  // namespace
 
-X11MouseMonitor::X11MouseMonitor(X11Connection& connection)
-    : connection_(connection), monitors_(std::make_shared<std::vector<std::shared_ptr<Monitor>>>()) {
+X11MouseMonitor::X11MouseMonitor(X11Connection& connection, std::function<bool()> isIconAnywhere)
+    : connection_(connection),
+      isIconAnywhere_(std::move(isIconAnywhere)),
+      monitors_(std::make_shared<std::vector<std::shared_ptr<Monitor>>>()) {
     grace_.setSingleShot(true);
     grace_.setTimerType(Qt::PreciseTimer);
     QObject::connect(&grace_, &QTimer::timeout, [this] { deliverHeld(); });
@@ -133,6 +135,9 @@ X11MouseMonitor::Target X11MouseMonitor::targetUnderPointer() const {
         if (isSameClient(window, own) || (toolkit && isSameClient(window, *toolkit)))
             return Target::ours;
     }
+    // A host may be a dock, a window like any other, or the desktop itself.
+    if (isIconAnywhere_ && isIconAnywhere_())
+        return Target::tray;
     const bool isOnTray = std::any_of(windows.begin(), windows.end(), [this](auto each) { return isTray(each); });
     return isOnTray ? Target::tray : Target::other;
 }

@@ -16,7 +16,8 @@ namespace brindle {
 /// the server is asked that right after each.
 class X11MouseMonitor : public MouseMonitor {
 public:
-    explicit X11MouseMonitor(X11Connection& connection);
+    /// `isIconAnywhere` answers whether the status item may be in any window: then every click is one on the tray.
+    explicit X11MouseMonitor(X11Connection& connection, std::function<bool()> isIconAnywhere = nullptr);
 
     [[nodiscard]] Subscription addGlobalMonitor(std::uint64_t mask, std::function<void()> handler) override;
     [[nodiscard]] Point mouseLocation() const override;
@@ -52,6 +53,7 @@ private:
     [[nodiscard]] Point pointer() const;
 
     X11Connection& connection_;
+    std::function<bool()> isIconAnywhere_;
     Subscription presses_;
     Subscription releases_;
     std::uint64_t pressCount_ = 0;

@@ -28,7 +28,7 @@ X11Platform::X11Platform(Connections connections)
       windowSystem_(std::move(connections.windows)),
       popovers_(windowSystem_),
       statusBar_(application_, windowSystem_, colorSchemes_),
-      mouseMonitor_(*desktop_),
+      mouseMonitor_(*desktop_, [this] { return statusBar_.isIconElsewhere(); }),
       statusClicks_(statusBar_.onClick([this] { mouseMonitor_.claimClick(); })) {}
 
 X11Platform::~X11Platform() {

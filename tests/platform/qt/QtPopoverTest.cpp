@@ -129,7 +129,7 @@ TEST_F(QtPopoverTest, StaysForAMenuAndAHeldButtonAndClosesWhenTheFocusIsElsewher
         windowSystem_.timesAsked = 0;
         Q_EMIT qGuiApp->focusWindowChanged(nullptr);
     };
-    const auto isAskedTwice = [this] { return windowSystem_.timesAsked == 2; };
+    const auto isAskedTwice = [this] { return windowSystem_.timesAsked >= 2; };
     QMenu menu(widget_);
     menu.addAction(QStringLiteral("Copy"));
     menu.popup(QPoint(300, 300));
@@ -148,6 +148,23 @@ TEST_F(QtPopoverTest, StaysForAMenuAndAHeldButtonAndClosesWhenTheFocusIsElsewher
 
     windowSystem_.isButtonDown = false;
     EXPECT_TRUE(await([this] { return !popover_.isShown(); }));
+}
+
+TEST_F(QtPopoverTest, LeavesInputToItsSheet) {
+    show();
+    FramelessWindow sheet(*widget_);
+    sheet.setContentSize({100, 100});
+    sheet.presentSheet();
+    QWidget& window = *widget_->window();
+    QWidget* field = widget_->findChild<QLineEdit*>();
+    const QPoint onField = field->mapTo(&window, QPoint(5, 5));
+    EXPECT_NE(window.childAt(onField), field);
+    window.activateWindow();
+    EXPECT_TRUE(await([&] { return QGuiApplication::focusWindow() == sheet.windowHandle(); }));
+    press(*field, Qt::Key_Escape);
+    EXPECT_FALSE(sheet.isVisible());
+    EXPECT_TRUE(popover_.isShown());
+    EXPECT_EQ(window.childAt(onField), field);
 }
 
 TEST_F(QtPopoverTest, HasSheetsInItsMiddleThatCloseOnEscapeAndGoWithIt) {

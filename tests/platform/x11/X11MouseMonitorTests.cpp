@@ -59,7 +59,8 @@ protected:
     Hands hands_;
     OtherWindow other_{{.isOverrideRedirect = true}};
     OtherWindow dock_{{.types = {"_NET_WM_WINDOW_TYPE_DOCK"}, .isOverrideRedirect = true, .x = 400}};
-    X11MouseMonitor monitor_{*connection_};
+    bool isIconAnywhere_ = false;
+    X11MouseMonitor monitor_{*connection_, [this] { return isIconAnywhere_; }};
     std::vector<Point> places_;
     Subscription subscription_;
 };
@@ -103,6 +104,10 @@ TEST_F(X11MouseMonitorTest, HoldsAClickOnTheTrayBackUntilTheStatusItemHasHadItsS
     EXPECT_GE(clock.elapsed(), MouseMonitor::statusClickGrace * 1000);
     EXPECT_THAT(std::exchange(places_, {}), ElementsAre(onDock));
 
+    isIconAnywhere_ = true;
+    click(onOther);
+    monitor_.claimClick();
+    isIconAnywhere_ = false;
     click(onDock);
     monitor_.claimClick();
     press(onDock);
