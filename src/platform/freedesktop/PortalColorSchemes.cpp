@@ -6,7 +6,8 @@
 
 namespace brindle {
 
-PortalColorSchemes::PortalColorSchemes(std::function<ColorScheme()> fallback) : fallback_(std::move(fallback)) {}
+PortalColorSchemes::PortalColorSchemes(std::function<ColorScheme()> fallback)
+    : fallback_(std::move(fallback)), lastFallback_(fallback_()) {}
 
 PortalColorSchemes::~PortalColorSchemes() = default;
 
@@ -18,6 +19,12 @@ ColorScheme PortalColorSchemes::systemColorScheme() const {
 Subscription PortalColorSchemes::onChange(std::function<void()> observer) {
     (void)portal();  // from now on somebody wants to hear of changes
     return changes_.subscribe(std::move(observer));
+}
+
+void PortalColorSchemes::fallbackChanged() {
+    const ColorScheme before = std::exchange(lastFallback_, fallback_());
+    if (lastFallback_ != before && !portal().scheme())
+        changes_.emit();
 }
 
 PortalAppearance& PortalColorSchemes::portal() const {

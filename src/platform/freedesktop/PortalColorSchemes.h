@@ -19,10 +19,14 @@ public:
     [[nodiscard]] ColorScheme systemColorScheme() const override;
     [[nodiscard]] Subscription onChange(std::function<void()> observer) override;
 
+    /// To be called when the fallback may answer differently than before.
+    void fallbackChanged();
+
 private:
     [[nodiscard]] PortalAppearance& portal() const;
 
     std::function<ColorScheme()> fallback_;
+    ColorScheme lastFallback_;
     mutable Signal<> changes_;
     mutable std::unique_ptr<PortalAppearance> portal_;
 };

@@ -18,6 +18,7 @@ X11Platform::X11Platform(Connections connections)
       clipboard_(std::move(connections.clipboard)),
       loginItem_(bundle_),
       colorSchemes_(paletteColorScheme),
+      paletteChanges_(onPaletteChange([this] { colorSchemes_.fallbackChanged(); })),
       workspace_(*desktop_, desktopEntries_, bundle_),
       pasteboard_(*clipboard_),
       keyboard_(*desktop_),

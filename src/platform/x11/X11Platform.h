@@ -75,6 +75,7 @@ private:
     FreedesktopLoginItem loginItem_;
     BusSingleInstance singleInstance_;
     PortalColorSchemes colorSchemes_;
+    Subscription paletteChanges_;
     std::optional<SqliteDefaultsStore> defaults_;
     DesktopEntryIndex desktopEntries_;
 

@@ -57,9 +57,15 @@ TEST(PortalColorSchemes, FollowsThePortal) {
     EXPECT_EQ(schemes.systemColorScheme(), ColorScheme::light);
 
     palette = ColorScheme::dark;
+    schemes.fallbackChanged();
+    EXPECT_EQ(changes, 2) << "the portal decides";
     announce("org.freedesktop.appearance", "color-scheme", 0);
     EXPECT_TRUE(await([&] { return changes == 3; }));
     EXPECT_EQ(schemes.systemColorScheme(), ColorScheme::dark);
+    palette = ColorScheme::light;
+    schemes.fallbackChanged();
+    schemes.fallbackChanged();
+    EXPECT_EQ(changes, 4) << "the portal has no preference";
     EXPECT_EQ(portal.questions, 1);
 }
 
