@@ -10,9 +10,11 @@ namespace {
 constexpr Size popoverSize = {350, 500};
 constexpr Size statusIconSize = {18, 18};
 
-std::optional<std::string> statusIconPath() {
+std::string statusIconPath() {
     auto icon = platform().bundle().imageNamed("AppIconOutline");
-    return icon ? icon : platform().bundle().symbolNamed("doc.on.clipboard");
+    if (!icon)
+        icon = platform().bundle().symbolNamed("doc.on.clipboard");
+    return icon.value_or(std::string(actionImageName));
 }
 
 }  // namespace
@@ -31,8 +33,7 @@ void AppDelegate::createStatusItem() {
     auto* const button = statusItem_->button();
     if (!button)
         return;
-    if (auto path = statusIconPath())
-        button->setImage({std::move(*path), statusIconSize, true});
+    button->setImage({statusIconPath(), statusIconSize, true});
     button->setAction(weakly(&AppDelegate::handleStatusItemClick));
     button->sendActionOn(leftMouseUpMask | rightMouseUpMask);
 }

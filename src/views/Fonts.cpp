@@ -1,13 +1,13 @@
 #include "views/Fonts.h"
 
-#include <QFontDatabase>
 #include <QFontMetricsF>
-#include <QGuiApplication>
 #include <QPainter>
 #include <QRectF>
 #include <array>
 #include <cmath>
 #include <cstddef>
+
+#include "platform/qt/InterfaceFont.h"
 
 namespace brindle {
 
@@ -43,28 +43,9 @@ const Measure& measure(TextStyle style) {
     return measures[static_cast<std::size_t>(style)];
 }
 
-/// What the toolkit calls the font of a desktop that has not chosen one.
-bool isNoChoice(const QString& family) {
-    return family.isEmpty() || family.compare("sans serif", Qt::CaseInsensitive) == 0 ||
-           family.compare("sans-serif", Qt::CaseInsensitive) == 0 || family.compare("sans", Qt::CaseInsensitive) == 0;
-}
-
-QString interfaceFamily() {
-    const QString inter = QStringLiteral("Inter");
-    const QString desktop = QGuiApplication::font().family();
-    return isNoChoice(desktop) && QFontDatabase::hasFamily(inter) ? inter : desktop;
-}
-
 QFont makeFont(const Measure& wanted) {
-    QFont made(wanted.face == Face::monospaced ? QFontDatabase::systemFont(QFontDatabase::FixedFont).family()
-                                               : interfaceFamily());
-    if (wanted.face == Face::monospaced)
-        made.setStyleHint(QFont::Monospace);
-    made.setPixelSize(wanted.pixelSize);
-    made.setWeight(wanted.weight);
-    made.setHintingPreference(QFont::PreferNoHinting);
-    made.setStyleStrategy(static_cast<QFont::StyleStrategy>(QFont::PreferAntialias | QFont::NoSubpixelAntialias));
-    return made;
+    return wanted.face == Face::monospaced ? monospacedFont(wanted.pixelSize, wanted.weight)
+                                           : interfaceFont(wanted.pixelSize, wanted.weight);
 }
 
 struct Typeface {

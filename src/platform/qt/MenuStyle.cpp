@@ -9,6 +9,7 @@
 #include <algorithm>
 
 #include "platform/qt/FramelessWindow.h"
+#include "platform/qt/InterfaceFont.h"
 
 namespace brindle {
 
@@ -22,6 +23,7 @@ struct MenuColors {
 
 // Sizes in points.
 constexpr int menuRadius = 8;
+constexpr int fontSize = 13;
 constexpr int itemRadius = 5;
 constexpr int menuPadding = 5;
 constexpr int outlineWidth = 1;
@@ -179,9 +181,7 @@ void styleMenu(QMenu& menu, ColorScheme scheme, MenuCorners corners) {
     menu.setStyle(style);
     menu.setWindowFlags(menu.windowFlags() | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint);
     menu.setAttribute(Qt::WA_TranslucentBackground, corners == MenuCorners::round);
-    QFont font = menu.font();
-    font.setPixelSize(13);
-    menu.setFont(font);
+    menu.setFont(interfaceFont(fontSize, QFont::Normal));
     for (const auto* action : menu.actions())
         if (auto* submenu = action->menu())
             styleMenu(*submenu, scheme, corners);

@@ -1,11 +1,12 @@
 #include "platform/qt/QtStatusItem.h"
 
+#include <QApplication>
 #include <QCursor>
-#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QScreen>
 #include <utility>
 
+#include "platform/qt/FramelessWindow.h"
 #include "platform/qt/MenuStyle.h"
 #include "platform/qt/QtText.h"
 #include "platform/qt/TemplateIcon.h"
@@ -115,6 +116,7 @@ void QtStatusItem::createIcon(TrayKind kind) {
 
 void QtStatusItem::handleActivation(QSystemTrayIcon::ActivationReason reason) {
     lastClick_ = QCursor::pos();
+    docking_.start(dockingTime);  // the panel may look different by now
     context_.clicks.emit();
     // The second press of a double click comes as DoubleClick alone.
     if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::DoubleClick)
@@ -133,21 +135,37 @@ void QtStatusItem::showMenu() {
         openMenu_->close();
     openMenu_ = new StatusMenu(*menu_);
     openMenu_->setAttribute(Qt::WA_DeleteOnClose);
-    styleMenu(*openMenu_, context_.colorSchemes.systemColorScheme(),
+    styleMenu(*openMenu_, menuScheme(),
               context_.windowSystem.isComposited() ? MenuCorners::round : MenuCorners::square);
     openMenu_->popup(QCursor::pos());
 }
 
+ColorScheme QtStatusItem::menuScheme() const {
+    for (const auto* widget : QApplication::topLevelWidgets())
+        if (const auto* window = qobject_cast<const FramelessWindow*>(widget))
+            return window->colorScheme();
+    return context_.colorSchemes.systemColorScheme();
+}
+
 void QtStatusItem::updateIcon() {
-    if (icon_)
-        icon_->setIcon(panelIcon(image_, panelScheme()));
+    if (!icon_)
+        return;
+    const ColorScheme panel = panelScheme();
+    if (!icon_->icon().isNull() && shownImage_ == image_.path && shownPanel_ == panel)
+        return;
+    shownImage_ = image_.path;
+    shownPanel_ = panel;
+    icon_->setIcon(panelIcon(image_, panel));
 }
 
 ColorScheme QtStatusItem::panelScheme() const {
-    // No panel tells its colour. In an embedding tray the icon's corner, which the picture leaves free, shows it.
+    // No panel tells its colour, but it can be seen. In an embedding tray the icon's corner, which the picture leaves
+    // free, shows it.
     const QRect frame = embeddedFrame();
-    if (frame.isEmpty())
-        return context_.colorSchemes.systemColorScheme();
+    if (frame.isEmpty()) {
+        const auto seen = kind_ == TrayKind::notifier ? context_.windowSystem.panelScheme() : std::nullopt;
+        return seen ? *seen : context_.colorSchemes.systemColorScheme();
+    }
     auto* screen = QGuiApplication::screenAt(frame.center());
     if (screen == nullptr)
         return context_.colorSchemes.systemColorScheme();

@@ -32,11 +32,14 @@ private:
     void handleClick(EventType event, std::uint64_t mask);
     void showMenu();
     void updateIcon();
+    [[nodiscard]] ColorScheme menuScheme() const;  ///< that of the program's windows
     [[nodiscard]] ColorScheme panelScheme() const;
     [[nodiscard]] QRect embeddedFrame() const;  ///< empty: not in an embedding tray
 
     StatusBarContext& context_;
     Image image_;
+    std::string shownImage_;
+    ColorScheme shownPanel_ = ColorScheme::dark;
     std::function<void()> action_;
     std::uint64_t mask_ = leftMouseUpMask;
     std::optional<Menu> menu_;

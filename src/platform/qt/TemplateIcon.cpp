@@ -4,6 +4,7 @@
 #include <QImage>
 #include <QPainter>
 #include <QSvgRenderer>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -13,17 +14,19 @@ namespace brindle {
 
 namespace {
 
-class VectorIconEngine : public QIconEngine {
+/// Fills a square with the picture.
+using Draw = std::function<void(QPainter& painter, const QRect& square)>;
+
+class PanelIconEngine : public QIconEngine {
 public:
-    VectorIconEngine(std::shared_ptr<QSvgRenderer> renderer, std::optional<QColor> tint)
-        : renderer_(std::move(renderer)), tint_(tint) {}
+    PanelIconEngine(Draw draw, std::optional<QColor> tint) : draw_(std::move(draw)), tint_(tint) {}
 
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode /*mode*/, QIcon::State /*state*/) override {
         const double scale = painter->device()->devicePixelRatioF();
         QImage image((QSizeF(rect.size()) * scale).toSize(), QImage::Format_ARGB32_Premultiplied);
         image.fill(Qt::transparent);
         QPainter inner(&image);
-        renderer_->render(&inner, image.rect());
+        draw_(inner, image.rect());
         if (tint_) {
             inner.setCompositionMode(QPainter::CompositionMode_SourceIn);
             inner.fillRect(image.rect(), *tint_);
@@ -48,25 +51,39 @@ public:
         return sizes;
     }
 
-    bool isNull() override { return !renderer_->isValid(); }
-    QIconEngine* clone() const override { return new VectorIconEngine(renderer_, tint_); }
+    bool isNull() override { return false; }
+    QIconEngine* clone() const override { return new PanelIconEngine(draw_, tint_); }
 
 private:
-    std::shared_ptr<QSvgRenderer> renderer_;
+    Draw draw_;
     std::optional<QColor> tint_;
 };
+
+/// Empty when there is no such picture.
+Draw drawingOf(const QString& path) {
+    if (!path.startsWith(QLatin1Char('/'))) {
+        const QIcon icon = QIcon::fromTheme(path);
+        if (icon.isNull())
+            return nullptr;
+        return [icon](QPainter& painter, const QRect& square) { icon.paint(&painter, square); };
+    }
+    auto renderer = std::make_shared<QSvgRenderer>(path);
+    if (!renderer->isValid())
+        return nullptr;
+    renderer->setAspectRatioMode(Qt::KeepAspectRatio);
+    return [renderer](QPainter& painter, const QRect& square) { renderer->render(&painter, square); };
+}
 
 }  // namespace
 
 QIcon panelIcon(const Image& image, ColorScheme panel) {
-    auto renderer = std::make_shared<QSvgRenderer>(toQString(image.path));
-    if (!renderer->isValid())
+    Draw draw = drawingOf(toQString(image.path));
+    if (!draw)
         return {};
-    renderer->setAspectRatioMode(Qt::KeepAspectRatio);
     std::optional<QColor> tint;
     if (image.isTemplate)
         tint = panel == ColorScheme::dark ? QColor(0xF1F5F9) : QColor(0x1F2937);
-    return QIcon(new VectorIconEngine(std::move(renderer), tint));
+    return QIcon(new PanelIconEngine(std::move(draw), tint));
 }
 
 }  // namespace brindle

@@ -2,8 +2,10 @@
 
 #include <QRect>
 #include <functional>
+#include <optional>
 
 #include "base/Signal.h"
+#include "platform/ColorSchemes.h"
 
 class QWindow;
 
@@ -25,6 +27,9 @@ public:
     /// Whether there is a tray that embeds windows (XEmbed).
     [[nodiscard]] virtual bool hasEmbeddingTray() const { return false; }
     [[nodiscard]] virtual Subscription onEmbeddingTrayChange(std::function<void()> /*observer*/) { return {}; }
+
+    /// What the desktop's panel looks like, in which a host draws our icon; none where that cannot be seen.
+    [[nodiscard]] virtual std::optional<ColorScheme> panelScheme() const { return std::nullopt; }
 
     /// Gives a shown window the keyboard as if the user had asked for it, also when the toolkit saw no event of the
     /// user that led to it.

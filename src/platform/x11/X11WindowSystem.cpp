@@ -7,6 +7,8 @@
 #include <string>
 #include <utility>
 
+#include "platform/x11/X11Panel.h"
+
 namespace brindle {
 
 namespace {
@@ -63,6 +65,10 @@ Subscription X11WindowSystem::onCompositingChange(std::function<void()> observer
 
 Subscription X11WindowSystem::onEmbeddingTrayChange(std::function<void()> observer) {
     return tray_.changes.subscribe(std::move(observer));
+}
+
+std::optional<ColorScheme> X11WindowSystem::panelScheme() const {
+    return x11::panelScheme(*connection_);
 }
 
 void X11WindowSystem::takeFocus(QWindow& window) {

@@ -21,6 +21,7 @@ public:
     [[nodiscard]] Subscription onCompositingChange(std::function<void()> observer) override;
     [[nodiscard]] bool hasEmbeddingTray() const override { return tray_.hasOwner; }
     [[nodiscard]] Subscription onEmbeddingTrayChange(std::function<void()> observer) override;
+    [[nodiscard]] std::optional<ColorScheme> panelScheme() const override;
     void takeFocus(QWindow& window) override;
     void keepOffTaskbar(QWindow& window) override;
     void setInputRectangle(QWindow& window, QRect rectangle) override;
