@@ -16,9 +16,11 @@ namespace {
 constexpr QRect imagePlace(190, 32, 100, 100);
 constexpr double imageRadius = 20;
 constexpr QRect titlePlace(0, 152, 480, 21);
-constexpr QRect instructionPlace(48, 193, 384, 48);
-constexpr QRect handPlace(0, 261, 480, 48);
-constexpr QPoint iconPlace(200, 329);
+constexpr QPoint instructionPlace(48, 193);
+constexpr int instructionWidth = 384;
+constexpr int gap = 20;
+constexpr int handHeight = 48;
+constexpr int iconLeft = 200;
 constexpr QRect buttonPlace(64, 520, 352, 48);
 
 }  // namespace
@@ -35,9 +37,11 @@ AccessibilityPermissionDialog::AccessibilityPermissionDialog(std::function<void(
       done_(PushButton::Kind::primary, QStringLiteral("Done"), {.radius = 12}, this) {
     constexpr int room = DraggableAppIcon::shadowRoom;
     title_.setGeometry(titlePlace);
-    instruction_.setGeometry(instructionPlace);
-    hand_.setGeometry(handPlace);
-    icon_.move(iconPlace - QPoint(room, room));
+    const int instructionHeight = instruction_.heightForWidth(instructionWidth);
+    instruction_.setGeometry({instructionPlace, QSize(instructionWidth, instructionHeight)});
+    const int handTop = instructionPlace.y() + instructionHeight + gap;
+    hand_.setGeometry(0, handTop, width(), handHeight);
+    icon_.move(QPoint(iconLeft, handTop + handHeight + gap) - QPoint(room, room));
     done_.setGeometry(buttonPlace);
     connect(&done_, &PushButton::clicked, this, &AccessibilityPermissionDialog::openSettings);
 }

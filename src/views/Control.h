@@ -20,10 +20,12 @@ public:
     /// Drawn as pressed while a menu of its own is open.
     void setMenuOpen(bool isOpen);
 
+    /// Whether the keyboard is here and led here.
+    [[nodiscard]] bool showsFocusRing() const { return hasFocus() && ring_.isShown(); }
+
 protected:
     enum class Look { rest, hover, pressed };
     [[nodiscard]] Look look() const;
-    [[nodiscard]] bool showsFocusRing() const { return hasFocus() && ring_.isShown(); }
 
     virtual void paint(QPainter& painter) = 0;
 

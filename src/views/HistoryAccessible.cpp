@@ -2,7 +2,10 @@
 
 #include <QAccessibleWidget>
 #include <QPointer>
+#include <algorithm>
 #include <map>
+#include <optional>
+#include <vector>
 
 #include "views/HistoryView.h"
 #include "views/RowText.h"
@@ -11,11 +14,22 @@ namespace brindle {
 
 namespace {
 
+/// The row of one entry, wherever the entry stands in the list.
 class AccessibleRow final : public QAccessibleInterface, public QAccessibleActionInterface {
 public:
-    AccessibleRow(HistoryView& view, std::size_t index) : view_(&view), index_(index) {}
+    AccessibleRow(HistoryView& view, std::size_t index)
+        : view_(&view), entry_(view.filteredItems()[index].id), lastIndex_(index) {}
 
-    bool isValid() const override { return view_ && index_ < view_->filteredItems().size(); }
+    [[nodiscard]] std::optional<std::size_t> index() const {
+        if (!view_)
+            return std::nullopt;
+        const auto& items = view_->filteredItems();
+        if (lastIndex_ >= items.size() || items[lastIndex_].id != entry_)
+            lastIndex_ = static_cast<std::size_t>(std::ranges::find(items, entry_, &ClipboardItem::id) - items.begin());
+        return lastIndex_ < items.size() ? std::optional(lastIndex_) : std::nullopt;
+    }
+
+    bool isValid() const override { return index().has_value(); }
     QObject* object() const override { return nullptr; }
     QWindow* window() const override { return view_ ? view_->window()->windowHandle() : nullptr; }
     QAccessibleInterface* parent() const override { return QAccessible::queryAccessibleInterface(view_.data()); }
@@ -27,28 +41,31 @@ public:
     void setText(QAccessible::Text, const QString&) override {}
 
     QString text(QAccessible::Text kind) const override {
-        if (!isValid() || kind != QAccessible::Name)
+        const auto row = index();
+        if (!row || kind != QAccessible::Name)
             return {};
-        const ClipboardItem& item = view_->filteredItems()[index_];
+        const ClipboardItem& item = view_->filteredItems()[*row];
         const QString spoken = RowText::spoken(item.content.view()) + ", " + HistoryItemRow::timeText(item.date);
         return item.isPinned ? spoken + QStringLiteral(", pinned") : spoken;
     }
 
     QRect rect() const override {
-        if (!isValid())
+        const auto row = index();
+        if (!row)
             return {};
-        const QRect place = view_->rowRect(index_);
+        const QRect place = view_->rowRect(*row);
         return {view_->viewport()->mapToGlobal(place.topLeft()), place.size()};
     }
 
     QAccessible::State state() const override {
         QAccessible::State state;
-        state.invalid = !isValid();
-        if (state.invalid)
+        const auto row = index();
+        state.invalid = !row;
+        if (!row)
             return state;
         state.focusable = true;
-        state.focused = view_->hasFocus() && view_->focusedRow() == index_;
-        state.offscreen = !view_->viewport()->rect().intersects(view_->rowRect(index_));
+        state.focused = view_->hasFocus() && view_->focusedRow() == row;
+        state.offscreen = !view_->viewport()->rect().intersects(view_->rowRect(*row));
         return state;
     }
 
@@ -59,25 +76,36 @@ public:
     QStringList actionNames() const override { return {pressAction()}; }
     QStringList keyBindingsForAction(const QString&) const override { return {}; }
     void doAction(const QString& name) override {
-        if (isValid() && name == pressAction())
-            view_->row(index_).pasteItem();
+        const auto row = index();
+        if (row && name == pressAction())
+            view_->row(*row).pasteItem();
     }
 
 private:
     QPointer<HistoryView> view_;
-    std::size_t index_;
+    Uuid entry_;
+    mutable std::size_t lastIndex_;
 };
 
-/// Makes an interface for a row when it is first asked for.
+/// Makes an interface for a row when it is first asked for, and keeps it as long as the list shows that entry.
 class AccessibleHistory final : public QAccessibleWidget {
 public:
     explicit AccessibleHistory(HistoryView& view) : QAccessibleWidget(&view, QAccessible::List) {}
-    ~AccessibleHistory() override { forgetRows(); }
+    ~AccessibleHistory() override {
+        for (const auto& [entry, row] : rows_)
+            QAccessible::deleteAccessibleInterface(row.id);
+    }
 
-    void forgetRows() {
-        for (const auto& [index, id] : rows_)
-            QAccessible::deleteAccessibleInterface(id);
-        rows_.clear();
+    void followRows() {
+        std::vector<Uuid> entries;
+        std::ranges::transform(view().filteredItems(), std::back_inserter(entries), &ClipboardItem::id);
+        if (entries_ != entries) {
+            entries_ = std::move(entries);
+            forgetGoneRows();
+            QAccessibleEvent event(&view(), QAccessible::ObjectReorder);
+            QAccessible::updateAccessibility(&event);
+        }
+        announceNewNames();
     }
 
     int childCount() const override { return static_cast<int>(view().filteredItems().size()); }
@@ -85,19 +113,20 @@ public:
     QAccessibleInterface* child(int index) const override {
         if (index < 0 || index >= childCount())
             return nullptr;
-        const auto [known, isNew] = rows_.try_emplace(index, 0);
-        if (isNew)
-            known->second =
-                QAccessible::registerAccessibleInterface(new AccessibleRow(view(), static_cast<std::size_t>(index)));
-        return QAccessible::accessibleInterface(known->second);
+        const auto place = static_cast<std::size_t>(index);
+        const auto [known, isNew] = rows_.try_emplace(view().filteredItems()[place].id);
+        Row& row = known->second;
+        if (isNew) {
+            auto* made = new AccessibleRow(view(), place);
+            row = {QAccessible::registerAccessibleInterface(made), made->text(QAccessible::Name)};
+        }
+        return QAccessible::accessibleInterface(row.id);
     }
 
     int indexOfChild(const QAccessibleInterface* child) const override {
-        for (const auto& [index, id] : rows_) {
-            if (QAccessible::accessibleInterface(id) == child)
-                return index;
-        }
-        return -1;
+        const auto* row = dynamic_cast<const AccessibleRow*>(child);
+        const auto index = row ? row->index() : std::nullopt;
+        return index ? static_cast<int>(*index) : -1;
     }
 
     QAccessibleInterface* childAt(int x, int y) const override {
@@ -111,9 +140,37 @@ public:
     }
 
 private:
+    struct Row {
+        QAccessible::Id id = 0;
+        QString name;
+    };
+
     HistoryView& view() const { return static_cast<HistoryView&>(*widget()); }
 
-    mutable std::map<int, QAccessible::Id> rows_;
+    void forgetGoneRows() {
+        std::erase_if(rows_, [](const auto& known) {
+            const bool isGone = !QAccessible::accessibleInterface(known.second.id)->isValid();
+            if (isGone)
+                QAccessible::deleteAccessibleInterface(known.second.id);
+            return isGone;
+        });
+    }
+
+    /// An entry that is pinned, or filed anew under the same id, is the same row.
+    void announceNewNames() {
+        for (auto& [entry, row] : rows_) {
+            auto* shown = QAccessible::accessibleInterface(row.id);
+            QString name = shown->text(QAccessible::Name);
+            if (name == row.name)
+                continue;
+            row.name = std::move(name);
+            QAccessibleEvent event(shown, QAccessible::NameChanged);
+            QAccessible::updateAccessibility(&event);
+        }
+    }
+
+    mutable std::map<Uuid, Row> rows_;
+    std::vector<Uuid> entries_;
 };
 
 QAccessibleInterface* makeInterface(const QString&, QObject* object) {
@@ -131,9 +188,7 @@ void announceRowsChanged(HistoryView& view) {
     if (!QAccessible::isActive())
         return;
     if (auto* list = dynamic_cast<AccessibleHistory*>(QAccessible::queryAccessibleInterface(&view)))
-        list->forgetRows();
-    QAccessibleEvent event(&view, QAccessible::ObjectReorder);
-    QAccessible::updateAccessibility(&event);
+        list->followRows();
 }
 
 void announceRowFocused(HistoryView& view, std::size_t row) {

@@ -3,11 +3,14 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QPointer>
 #include <QScrollBar>
 #include <QWheelEvent>
 #include <algorithm>
 #include <cmath>
 
+#include "platform/MainQueue.h"
+#include "platform/Platform.h"
 #include "views/HistoryAccessible.h"
 #include "views/HistoryView.h"
 #include "views/PopupMenu.h"
@@ -128,6 +131,15 @@ void HistoryView::focusInEvent(QFocusEvent* event) {
     ring_.gained(event->reason());
     if (!focusedRow() && !filteredItems().empty())
         focusedId_ = idAt(QPoint(0, 0));
+    const bool isByKey = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+    if (const auto current = focusedRow(); current && isByKey)
+        scrollTo(*current);
+    // After the toolkit's own word that the list has the keyboard.
+    platform().mainQueue().post([self = QPointer(this)] {
+        const auto current = self && self->hasFocus() ? self->focusedRow() : std::nullopt;
+        if (current)
+            announceRowFocused(*self, *current);
+    });
     viewport()->update();
 }
 

@@ -21,17 +21,27 @@ void Label::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setPen(color(look_.color, scheme_));
     QTextLayout layout(text_, textFont(look_.style));
+    layOut(layout, width());
+    layout.draw(&painter, {});
+}
+
+int Label::heightForWidth(int width) const {
+    QTextLayout layout(text_, textFont(look_.style));
+    return layOut(layout, width) * lineHeight(look_.style);
+}
+
+int Label::layOut(QTextLayout& layout, double width) const {
     layout.setTextOption(QTextOption(look_.alignment));
     layout.beginLayout();
-    // The lines are as high as the design has them, whatever the font says.
-    double top = 0;
+    int count = 0;
     for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
-        line.setLineWidth(width());
-        line.setPosition({0, top + baseline(look_.style) - line.ascent()});
-        top += lineHeight(look_.style);
+        line.setLineWidth(width);
+        // The lines are as high as the design has them, whatever the font says.
+        line.setPosition({0, count * lineHeight(look_.style) + baseline(look_.style) - line.ascent()});
+        ++count;
     }
     layout.endLayout();
-    layout.draw(&painter, {});
+    return count;
 }
 
 }  // namespace brindle

@@ -23,7 +23,6 @@ constexpr int titleHeight = 16;
 constexpr int gapBeforeField = 14;
 constexpr int fieldHeight = 30;
 constexpr int gapBeforeMessage = 8;
-constexpr int messageHeight = 32;
 constexpr int messageInset = 8;
 constexpr int gapBeforeButtons = 16;
 constexpr int buttonHeight = 30;
@@ -59,6 +58,8 @@ ListDialog::ListDialog(const Question& question, Published<bool>& isPresented, s
 }
 
 void ListDialog::placeParts() {
+    const int messageWidth = innerWidth - 2 * messageInset;
+    const int messageHeight = message_ ? message_->heightForWidth(messageWidth) : 0;
     const int middle = field_ ? gapBeforeField + fieldHeight : gapBeforeMessage + messageHeight;
     const int cardHeight = 2 * cardPadding + titleHeight + middle + gapBeforeButtons + buttonHeight;
     card_ = QRect((width() - cardWidth) / 2, (height() - cardHeight) / 2, cardWidth, cardHeight);
@@ -69,8 +70,7 @@ void ListDialog::placeParts() {
     if (field_)
         field_->setBoxGeometry({left, top + gapBeforeField, innerWidth, fieldHeight});
     else
-        message_->setGeometry(left + messageInset, top + gapBeforeMessage, innerWidth - 2 * messageInset,
-                              messageHeight);
+        message_->setGeometry(left + messageInset, top + gapBeforeMessage, messageWidth, messageHeight);
     top += middle + gapBeforeButtons;
     constexpr int buttonWidth = (innerWidth - buttonGap) / 2;
     cancelButton_.setGeometry(left, top, buttonWidth, buttonHeight);
@@ -89,12 +89,12 @@ void ListDialog::setColorScheme(ColorScheme scheme) {
     update();
 }
 
-void ListDialog::open() {
+void ListDialog::open(Qt::FocusReason reason) {
     show();
     raise();
     if (field_)
         field_->field().selectAll();
-    stops().front()->setFocus();
+    stops().front()->setFocus(reason);
 }
 
 std::vector<QWidget*> ListDialog::stops() {

@@ -32,8 +32,9 @@ public:
     ListDialog(const Question& question, Published<bool>& isPresented, std::function<void()> action, QWidget& popover);
 
     void setColorScheme(ColorScheme scheme);
-    /// Shows it with the keyboard in the field, whose text is selected, or else on "Cancel".
-    void open();
+    /// Shows it with the keyboard in the field, whose text is selected, or else on "Cancel", which shows it if that is
+    /// the reason.
+    void open(Qt::FocusReason reason);
 
 protected:
     bool focusNextPrevChild(bool next) override;

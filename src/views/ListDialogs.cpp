@@ -44,8 +44,10 @@ void ListDialogs::refresh(ColorScheme scheme) {
 
 void ListDialogs::open(Entry& entry) {
     entry.focusBefore = popover_.window()->focusWidget();
+    const auto* control = qobject_cast<const Control*>(entry.focusBefore.data());
+    const bool isByKey = control && control->showsFocusRing();
     entry.dialog = std::make_unique<ListDialog>(entry.question, entry.isPresented, entry.action, popover_);
-    entry.dialog->open();
+    entry.dialog->open(isByKey ? Qt::TabFocusReason : Qt::OtherFocusReason);
 }
 
 // The keyboard goes back to where it was, before the toolkit looks for a place of its own.

@@ -34,7 +34,9 @@ void SettingsOverlay::setPresented(bool isPresented, Motion motion) {
     isPressed_ = false;
     // On its way out it is in nobody's way.
     setAttribute(Qt::WA_TransparentForMouseEvents, !isPresented);
-    if (!isPresented)
+    if (isPresented)
+        focusBefore_ = window()->focusWidget();
+    else
         releaseFocus();
     steps_.reset();
     if (motion == Motion::none) {
@@ -46,11 +48,13 @@ void SettingsOverlay::setPresented(bool isPresented, Motion motion) {
     showProgress();
 }
 
-// Before the toolkit gives the keyboard to whatever comes next.
+// Back to where it was, before the toolkit gives the keyboard to whatever comes next.
 void SettingsOverlay::releaseFocus() {
     const QWidget* focused = window()->focusWidget();
-    if (focused && isAncestorOf(focused))
-        parentWidget()->setFocus(Qt::OtherFocusReason);
+    if (!focused || !isAncestorOf(focused))
+        return;
+    QWidget* before = focusBefore_ && focusBefore_->isVisible() ? focusBefore_.data() : parentWidget();
+    before->setFocus(Qt::PopupFocusReason);
 }
 
 void SettingsOverlay::step() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPointer>
 #include <QWidget>
 
 #include "base/Signal.h"
@@ -38,6 +39,7 @@ private:
     Published<bool>& isPresented_;
     ColorScheme scheme_ = ColorScheme::dark;
     SettingsView panel_;
+    QPointer<QWidget> focusBefore_;
     bool isEntering_ = false;
     bool isPressed_ = false;
     double progress_ = 0;  ///< of the time that the way in takes

@@ -71,6 +71,8 @@ private:
     [[nodiscard]] bool drag(QWidget& item, const QMouseEvent& event);
     [[nodiscard]] bool handlePress(std::size_t tab, const QMouseEvent& event);
     [[nodiscard]] bool handleKey(std::size_t tab, QKeyEvent& event);
+    /// The tab that many points further, or the last one on the way there.
+    [[nodiscard]] std::size_t pageAway(std::size_t tab, int distance) const;
     void selectByKey(std::size_t tab);
     void addList();
     void openMenu(std::size_t tab, QPoint globalPosition);

@@ -106,6 +106,12 @@ bool TabsView::handleKey(std::size_t tab, QKeyEvent& event) {
         case Qt::Key_End:
             selectByKey(tabs_.size() - 1);
             return true;
+        case Qt::Key_PageUp:
+            selectByKey(pageAway(tab, -width()));
+            return true;
+        case Qt::Key_PageDown:
+            selectByKey(pageAway(tab, width()));
+            return true;
         default:
             break;
     }
@@ -114,6 +120,13 @@ bool TabsView::handleKey(std::size_t tab, QKeyEvent& event) {
     const TabButton& button = *tabs_[tab].button;
     openMenu(tab, button.mapToGlobal(QPoint(0, button.height())));
     return true;
+}
+
+std::size_t TabsView::pageAway(std::size_t tab, int distance) const {
+    const int target = tabs_[tab].button->x() + distance;
+    const auto isBefore = [target](const Tab& each) { return each.button->geometry().right() < target; };
+    const auto passed = static_cast<std::size_t>(std::ranges::count_if(tabs_, isBefore));
+    return std::min(passed, tabs_.size() - 1);
 }
 
 void TabsView::selectByKey(std::size_t tab) {

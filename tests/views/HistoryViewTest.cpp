@@ -202,6 +202,34 @@ TEST_F(HistoryViewTest, ShowsItsRowsToAssistiveTechnology) {
     EXPECT_EQ(rows->childAt(middle.x(), middle.y()), row);
     row->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     EXPECT_EQ(sim.clipboard.content()->string(), "second");
+
+    // The same row, wherever its entry goes.
+    for (int i = 0; i < 30; ++i)
+        add("more " + std::to_string(i));
+    settle();
+    EXPECT_EQ(rows->indexOfChild(row), 31);
+    history.togglePin(list().filteredItems()[31]);
+    settle();
+    EXPECT_TRUE(row->text(QAccessible::Name).startsWith("second, ") &&
+                row->text(QAccessible::Name).endsWith(", pinned"));
+    EXPECT_EQ(rows->child(31), row);
+    history.deleteItem(list().filteredItems()[31]);
+    settle();
+    EXPECT_FALSE(row->isValid());
+    EXPECT_EQ(rows->childCount(), 32);
+}
+
+TEST_F(HistoryViewTest, BringsTheFocusedRowIntoViewWhenTabLeadsToIt) {
+    for (int i = 0; i < 30; ++i)
+        add("more " + std::to_string(i));
+    settle();
+    list().setFocus(Qt::TabFocusReason);
+    press(Qt::Key_Down);
+    list().clearFocus();
+    list().verticalScrollBar()->setValue(2000);
+    EXPECT_FALSE(list().viewport()->rect().contains(list().rowRect(1)));
+    list().setFocus(Qt::TabFocusReason);
+    EXPECT_TRUE(list().viewport()->rect().contains(list().rowRect(1)));
 }
 
 TEST_F(HistoryViewTest, StaysQuickWithTenThousandEntries) {

@@ -2,6 +2,7 @@
 
 #include <QAccessible>
 
+#include "views/TabButton.h"
 #include "views/ViewTest.h"
 
 namespace brindle::test {
@@ -110,7 +111,15 @@ TEST_F(ListDialogTest, ChangesNothingForAnEmptyNameOrCancel) {
     QTest::keyClicks(field(), "Other");
     clickOn("Cancel");
     askForDelete(work());
-    press(Qt::Key_Return);  // for the button that has the keyboard: "Cancel"
+    EXPECT_TRUE(button("Cancel").hasFocus());
+    EXPECT_FALSE(button("Cancel").showsFocusRing());
+    press(Qt::Key_Return);
+    settle();
+    view.findChild<TabButton*>()->setFocus(Qt::TabFocusReason);
+    askForDelete(work());
+    EXPECT_TRUE(button("Cancel").hasFocus() && button("Cancel").showsFocusRing());
+    press(Qt::Key_Return);
+    settle();
     EXPECT_EQ(dialog(), nullptr);
     EXPECT_THAT(names(), ElementsAre("Work"));
 }
@@ -147,6 +156,14 @@ TEST_F(ListDialogTest, IsHarmlessForAListThatIsGoneAndWithoutADelegate) {
     askForDelete(work());
     clickOn("Delete");
     EXPECT_THAT(names(), IsEmpty());
+}
+
+TEST_F(ListDialogTest, HasRoomForItsMessageInAnyFont) {
+    askForDelete(work());
+    const Label& message = *dialog()->findChildren<Label*>().back();
+    EXPECT_EQ(message.height(), message.heightForWidth(message.width()));
+    EXPECT_EQ(message.heightForWidth(100000), 16);
+    EXPECT_GE(message.heightForWidth(message.width() / 2), 4 * 16);
 }
 
 TEST_F(ListDialogTest, KeepsTheKeyboardAndThePointerToItselfAndStaysWhenThePopoverComesBack) {

@@ -94,6 +94,12 @@ TEST_F(SettingsViewTest, IsWorkedByKeyboardWhichTheListBelowDoesNotGet) {
     EXPECT_FALSE(state().showSettings.value());
     EXPECT_TRUE(view.hasFocus());
     EXPECT_EQ(list().focusPolicy(), Qt::TabFocus);
+    QWidget& menu = *view.findChild<SymbolButton*>();
+    menu.setFocus(Qt::TabFocusReason);
+    show(true);
+    control("Close").setFocus(Qt::TabFocusReason);
+    press(Qt::Key_Escape);
+    EXPECT_TRUE(menu.hasFocus());
 }
 
 TEST_F(SettingsViewTest, LiesOverTheContentAreaAndClosesByTheLayerNotByThePanel) {

@@ -161,6 +161,16 @@ TEST_F(TabsViewTest, IsOneStopForTheKeyboardAndGoneThroughByArrows) {
     EXPECT_FALSE(takeMenu().isEmpty());
     press(Qt::Key_Down);
     EXPECT_TRUE(list().hasFocus());
+    createLists(18);
+    tabs()[0]->setFocus(Qt::TabFocusReason);
+    press(Qt::Key_PageDown);
+    const int page = static_cast<int>(tabs().indexOf(qobject_cast<TabButton*>(QApplication::focusWidget())));
+    EXPECT_TRUE(page > 2 && page < 10) << page;
+    press(Qt::Key_PageUp);
+    EXPECT_TRUE(tabs()[0]->hasFocus());
+    for (int i = 0; i < 10; ++i)
+        press(Qt::Key_PageDown);
+    EXPECT_TRUE(tabs().back()->hasFocus() && tabs().back()->isSelected());
 }
 
 TEST_F(TabsViewTest, ScrollsByAnyWheelAndStopsAtItsEnds) {
