@@ -86,12 +86,12 @@ class Editor:
 class Brindle:
     """A running Brindle: what it says, what it stores, where it is on the screen."""
 
-    def __init__(self, desktop, ready=True, **environment):
+    def __init__(self, desktop, ready=True, program=BRINDLE, **environment):
         self.desktop, self.x = desktop, desktop.x
         self.lines = []
         self._lines_changed = threading.Condition()
         desktop.brindle = self
-        self.process = desktop.run(BRINDLE, stdout=subprocess.PIPE, environment=environment)
+        self.process = desktop.run(program, stdout=subprocess.PIPE, environment=environment)
         self._reader = threading.Thread(target=self._read, daemon=True)
         self._reader.start()
         if ready:
@@ -120,13 +120,20 @@ class Brindle:
 
     def history(self):
         """The stored entries, newest first; empty while the store is none that could be read."""
+        return self.stored("BrindleHistory")
+
+    def stored(self, key):
         try:
             with contextlib.closing(sqlite3.connect(f"file:{self.desktop.store_path}?mode=ro", uri=True)) as store:
-                (value,), = store.execute("select cast(value as text) from defaults where key = 'BrindleHistory'")
+                (value,), = store.execute("select cast(value as text) from defaults where key = ?", (key,))
             items = json.loads(value)
         except (sqlite3.DatabaseError, ValueError, RecursionError):
             return []
         return items if isinstance(items, list) else []
+
+    def setting(self, key):
+        with contextlib.closing(sqlite3.connect(f"file:{self.desktop.store_path}?mode=ro", uri=True)) as store:
+            return dict(store.execute("select key, value from defaults")).get(key)
 
     def contents(self):
         return [item["content"] for item in self.history()]
@@ -157,6 +164,10 @@ class Brindle:
             return None
         left, top = ((32, 22) if rect.width > POPOVER[0] else (0, 0))
         return Rect(rect.x + left, rect.y + top, *POPOVER)
+
+    def sheet(self):
+        """The window of a sheet over the popover."""
+        return next((rect for window, rect in self._windows() if self.x.title(window).endswith("— Brindle")), None)
 
     def menu(self):
         """The rectangle of an open menu, the newest one."""
@@ -211,6 +222,15 @@ class Brindle:
         """Clicks the item of that number in the open menu."""
         rect = self.desktop.wait_for(self.menu, 5, "menu is open")
         self.x.click(rect.x + 40, rect.y + MENU_PADDING + item * MENU_ITEM_HEIGHT + MENU_ITEM_HEIGHT // 2)
+
+    def click(self, x, y, button=1):
+        """At that place in the popover."""
+        rect = self.popover()
+        self.x.click(rect.x + x, rect.y + y, button)
+
+    def choose_from_header(self, item):
+        self.click(319, 32)
+        self.choose(item)
 
     def search(self, text):
         rect = self.popover()

@@ -59,9 +59,11 @@ class Desktop:
     """`with Desktop() as desktop:`; every option may be None to leave that part out."""
 
     def __init__(self, window_manager="openbox", tray="tint2", compositor=None, bus=True, size=(1280, 800),
-                 server=()):
+                 server=(), nested=False):
+        """`nested`: the server with these arguments is a window of another one, whose fingers and mouse reach it also
+        where it has no extension for them."""
         self.window_manager, self.tray_name, self.compositor, self.bus = window_manager, tray, compositor, bus
-        self.size, self.server_arguments = size, server
+        self.size, self.server_arguments, self.nested = size, server, nested
         self.x = self.brindle = None
         self._started = []
 
@@ -112,19 +114,27 @@ class Desktop:
             "QT_LOGGING_RULES": "qt.qpa.*=false"}
 
     def _start_server(self):
-        read, write = os.pipe()
         width, height = self.size
-        self.server = self.run("Xvfb", "-displayfd", str(write), "-screen", "0", f"{width}x{height}x24", "-noreset",
-                               "-nolisten", "tcp", *self.server_arguments, pass_fds=[write])
+        screen = ["-screen", "0", f"{width}x{height}x24"]
+        if self.nested:
+            self._run_server("Xvfb", *screen)
+            self._run_server("Xephyr", "-screen", f"{width}x{height}", *self.server_arguments)
+        else:
+            self._run_server("Xvfb", *screen, *self.server_arguments)
+        self.x.paint_root(0x51606F)
+        self.x.move(width // 2, height // 2)
+
+    def _run_server(self, program, *arguments):
+        read, write = os.pipe()
+        self.server = self.run(program, "-displayfd", str(write), "-noreset", "-nolisten", "tcp", *arguments,
+                               pass_fds=[write])
         os.close(write)
         with os.fdopen(read) as pipe:
             number = pipe.readline().strip()
         if not number:
-            raise RuntimeError("Xvfb did not start: " + self.output_of(self.server))
+            raise RuntimeError(f"{program} did not start: " + self.output_of(self.server))
         self.environment["DISPLAY"] = f":{number}"
-        self.x = X11(self.environment["DISPLAY"])
-        self.x.paint_root(0x51606F)
-        self.x.move(width // 2, height // 2)
+        self.x = X11(self.environment["DISPLAY"], hands=self.x)
 
     def _start_bus(self):
         self.bus_process = self.run("dbus-daemon", "--session", "--nofork", "--print-address=1",

@@ -14,8 +14,11 @@ PASTED = TEXTS[1]
 
 class Tour:
     def __init__(self, desktop, brindle, folder):
-        self.desktop, self.brindle, self.x, self.folder = desktop, brindle, desktop.x, folder
-        self.number = 0
+        self.move_to(desktop, brindle)
+        self.folder, self.number = folder, 0
+
+    def move_to(self, desktop, brindle):
+        self.desktop, self.brindle, self.x = desktop, brindle, desktop.x
 
     def step(self, text, happened, seconds=10):
         self.number += 1
@@ -28,15 +31,19 @@ class Tour:
         self._picture(text)
         print(f"{self.number}. {text} ✓", flush=True)
 
-    def _picture(self, text):
-        """Taken when nothing on the screen has moved for a moment."""
+    def is_still(self):
+        """Waits until nothing on the screen has moved for a moment."""
         last = None
         for _ in range(10):
             time.sleep(0.1)
             seen = self.x.pixels()
             if seen == last:
-                break
+                return True
             last = seen
+        return False
+
+    def _picture(self, text):
+        self.is_still()
         name = "".join(c if c.isalnum() else "-" for c in text.lower()).strip("-")
         self.x.screenshot(self.folder / f"{self.number:02}-{name}.png")
 
@@ -74,12 +81,80 @@ class Tour:
                   lambda: [item["isPinned"] for item in brindle.history()] == [False, True, False])
         brindle.press_hot_key()
         self.step("The entry wears its pin", brindle.has_focus)
+        self.visit_lists()
+        self.visit_settings()
         x.click(*x.rect(editor.window).centre)
         self.step("A click elsewhere closes the popover", lambda: not brindle.popover())
         brindle.click_icon(button=3)
         self.step("A right click on the tray icon opens the menu", brindle.menu)
         brindle.choose(0)
         self.step("Quit Brindle ends the program", lambda: brindle.process.poll() is not None)
+
+    def visit_lists(self):
+        brindle, x = self.brindle, self.x
+
+        def names():
+            return [each["name"] for each in brindle.stored("BrindleLists")]
+        brindle.click(100, 78)
+        self.step("The tab Pinned shows what is pinned", lambda: brindle.list_length() == 1)
+        brindle.click(39, 78)
+        self.step("The tab All shows everything", lambda: brindle.list_length() == len(TEXTS))
+        brindle.click(175, 78)
+        self.step("The button beside the tabs asks for a name", self.is_still)
+        x.type("Work\n")
+        self.step("Return makes the list and its tab", lambda: names() == ["Work"])
+        brindle.click(180, 78, button=3)
+        brindle.choose(0)
+        self.step("The tab's menu renames it", self.is_still)
+        x.type("Play\n")
+        self.step("The new name is stored", lambda: names() == ["Play"])
+        brindle.click_row(0, button=3)
+        rect = self.desktop.wait_for(brindle.menu, 5, "menu of the entry")
+        x.move(rect.x + 40, rect.y + 97)
+        self.desktop.wait_for(lambda: brindle.menu() != rect, 5, "the lists")
+        brindle.choose(0)
+        self.step("The menu's submenu files the entry", lambda: brindle.history()[0].get("listId"))
+        brindle.press_hot_key()
+        self.desktop.wait_for(brindle.has_focus, 5, "popover")
+        brindle.click(180, 78)
+        self.step("The list's tab shows it", lambda: brindle.list_length() == 1)
+        brindle.click(180, 78, button=3)
+        brindle.choose(1)
+        self.step("The tab's menu asks before it deletes", self.is_still)
+        brindle.click(234, 287)
+        self.step("Delete removes the list and closes the popover", lambda: not names() and not brindle.popover())
+        brindle.press_hot_key()
+        self.step("Its entries are still there", lambda: brindle.has_focus() and brindle.list_length() == len(TEXTS))
+
+    def visit_settings(self):
+        brindle = self.brindle
+        brindle.choose_from_header(0)
+        self.step("The menu's Settings slide in", self.is_still)
+        brindle.click(202, 262)
+        self.step("A size is chosen", lambda: brindle.setting("maxClipboardItems") == 100)
+        brindle.click(70, 376)
+        self.step("Light is chosen", lambda: brindle.setting("appTheme") == "Light")
+        brindle.click(305, 191)
+        self.step("The button closes the settings", lambda: self.is_still() and brindle.list_length() == len(TEXTS))
+        brindle.choose_from_header(1)
+        self.step("The menu's About tells the version", brindle.sheet)
+        self.x.chord("Escape")
+        brindle.choose_from_header(0)
+        self.is_still()
+        brindle.click(135, 376)
+        self.step("Dark is chosen", lambda: brindle.setting("appTheme") == "Dark")
+        brindle.click(10, 300)
+        self.step("A click beside the panel closes it", lambda: brindle.list_length() == len(TEXTS))
+
+    def visit_guide(self):
+        """On a server to which nothing can post keys."""
+        brindle = self.brindle
+        brindle.open()
+        brindle.click_row(0)
+        self.step("A click that may not paste opens the guide", brindle.sheet)
+        guide = brindle.sheet()
+        self.x.click(guide.x + 240, guide.y + 544)
+        self.step("Done closes the guide", lambda: not brindle.sheet() and brindle.popover())
 
 
 def main(program, folder):
@@ -93,7 +168,12 @@ def main(program, folder):
         old.unlink()
     with Desktop() as desktop:
         brindle = Brindle(desktop)
-        Tour(desktop, brindle, folder).play(Editor(desktop, "mousepad"))
+        tour = Tour(desktop, brindle, folder)
+        tour.play(Editor(desktop, "mousepad"))
+    with Desktop(server=["-extension", "XTEST"], nested=True) as desktop:
+        desktop.seed_history(TEXTS)
+        tour.move_to(desktop, Brindle(desktop))
+        tour.visit_guide()
     print(f"Screenshots: {folder}")
 
 

@@ -77,7 +77,8 @@ class Rect(NamedTuple):
 class X11:
     """A connection of the test's own. A window that vanishes meanwhile gives empty answers, not an end of the test."""
 
-    def __init__(self, name):
+    def __init__(self, name, hands=None):
+        """`hands`: the connection to the server that this one is a window of; keys and clicks are made there."""
         self._error = 0
         self._handler = _Handler(self._note_error)  # kept: the library only borrows it
         _x.XSetErrorHandler(self._handler)
@@ -86,6 +87,9 @@ class X11:
             raise RuntimeError(f"no X server on {name}")
         self.root = _x.XDefaultRootWindow(self._display)
         self._keyboard = self._open_keyboard()
+        self._hands = hands
+        if hands:
+            self.key, self.move, self.button = hands.key, hands.move, hands.button
 
     def _note_error(self, _display, event):
         # XErrorEvent: int type, Display*, XID, unsigned long serial, then the code.
@@ -94,6 +98,8 @@ class X11:
 
     def close(self):
         _x.XCloseDisplay(self._display)
+        if self._hands:
+            self._hands.close()
 
     # Properties and windows
 
