@@ -74,6 +74,13 @@ const Scene scenes[] = {
          stage.demo.history.createList("Empty");
          stage.view.state().selectedTab = stage.demo.history.customLists().value().back().id.text();
      }},
+    {"first-start", ContentView::fixedSize,
+     [](Stage& stage) {
+         while (!stage.demo.history.history().value().empty())
+             stage.demo.history.deleteItem(ClipboardItem(stage.demo.history.history().value().front()));
+         while (!stage.demo.history.customLists().value().empty())
+             stage.demo.history.deleteList(CustomList(stage.demo.history.customLists().value().front()));
+     }},
     {"row-menu",
      {444, 500},
      [](Stage& stage) {
