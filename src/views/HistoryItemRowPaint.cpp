@@ -2,6 +2,8 @@
 #include <QLocale>
 #include <QPainter>
 #include <QRegularExpression>
+#include <QTransform>
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
@@ -28,11 +30,20 @@ constexpr int pinLeft = 323;
 constexpr int pinTop = 14;
 constexpr int pinSize = 11;
 constexpr int timeGap = 4;
-constexpr int separatorHeight = 1;
 constexpr int ringInset = 2;
 constexpr int ringRadius = 6;
 
 constexpr std::array backgrounds = {Role::surface, Role::rowHover, Role::rowPressed};
+
+/// One point thick; at a broken scale always as many whole pixels, wherever the row lies.
+void drawSeparator(QPainter& painter, const QRect& row, const QColor& color) {
+    const QTransform& device = painter.deviceTransform();
+    const double scale = device.m22();
+    const double thickness = std::max(1.0, std::floor(scale)) / scale;
+    const double rowEnd = device.map(QPointF(0, row.top() + row.height())).y();
+    const double bottom = (std::round(rowEnd) - device.dy()) / scale;
+    painter.fillRect(QRectF(row.left(), bottom - thickness, row.width(), thickness), color);
+}
 
 }  // namespace
 
@@ -55,8 +66,7 @@ QString HistoryItemRow::timeText(Date date) {
 void HistoryItemRow::paint(QPainter& painter, const QRect& place, const RowAppearance& appearance) const {
     const ColorScheme scheme = appearance.scheme;
     painter.fillRect(place, color(backgrounds[static_cast<std::size_t>(appearance.look)], scheme));
-    painter.fillRect(place.left(), place.top() + place.height() - separatorHeight, place.width(), separatorHeight,
-                     color(Role::separator, scheme));
+    drawSeparator(painter, place, color(Role::separator, scheme));
 
     const QRect icon(place.left() + iconLeft, place.top() + padding, appIconSize, appIconSize);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
