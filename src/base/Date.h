@@ -19,7 +19,7 @@ struct Date {
 
     friend constexpr auto operator<=>(const Date&, const Date&) = default;
     friend constexpr double operator-(Date later, Date earlier) { return later.seconds - earlier.seconds; }
-    friend constexpr Date operator+(Date date, double seconds) { return {date.seconds + seconds}; }
+    friend constexpr Date operator+(Date date, double later) { return {date.seconds + later}; }
 };
 
 }  // namespace brindle
