@@ -55,8 +55,7 @@ bool writeAll(int file, std::string_view content) {
     return ::fsync(file) == 0;
 }
 
-}  // namespace
-
+/// The first bytes of a regular file; none when it is something else or cannot be read.
 std::optional<std::string> beginning(const std::string& path, std::size_t count) {
     // Not blocking: without a writer, opening a FIFO would wait for one.
     const Descriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
@@ -67,6 +66,8 @@ std::optional<std::string> beginning(const std::string& path, std::size_t count)
     constexpr std::size_t page = 4096;
     return upTo(file.get(), std::min(count, std::max(page, static_cast<std::size_t>(status.st_size) + 1)));
 }
+
+}  // namespace
 
 std::optional<std::string> contents(const std::string& path, std::size_t limit) {
     auto content = beginning(path, limit + 1);

@@ -11,9 +11,6 @@ namespace brindle::files {
 /// The content of a regular file; none when it is something else, cannot be read or is longer than `limit`.
 [[nodiscard]] std::optional<std::string> contents(const std::string& path, std::size_t limit);
 
-/// The first bytes of a regular file, `count` at most; none when it is something else or cannot be read.
-[[nodiscard]] std::optional<std::string> beginning(const std::string& path, std::size_t count);
-
 /// Makes the folder and those above it that are missing, each with mode 0700. Returns what went wrong, in words.
 [[nodiscard]] std::optional<std::string> makeFolders(const std::string& path);
 

@@ -1,5 +1,7 @@
 #include "platform/freedesktop/FreedesktopBundle.h"
 
+#include <QByteArray>
+#include <QXmlStreamReader>
 #include <filesystem>
 #include <system_error>
 #include <utility>
@@ -20,26 +22,35 @@ bool isFolder(const std::filesystem::path& path) {
     return std::filesystem::is_directory(path, ignored);
 }
 
-/// A cheap look at the beginning, so that a truncated or foreign file counts as missing.
+/// Both kinds end with a mark of their own, so that a file cut short counts as missing like a foreign one.
 bool isPicture(const std::string& path) {
-    constexpr std::string_view pngSignature("\x89PNG\r\n\x1A\n", 8);
-    constexpr std::size_t enough = 4096;  // of an SVG, for what may stand before its root
-    const auto start = files::beginning(path, enough);
-    return start && (start->starts_with(pngSignature) || start->find("<svg") != std::string::npos);
+    constexpr std::size_t limit = 1U << 20U;
+    constexpr std::string_view pngStart("\x89PNG\r\n\x1A\n", 8);
+    constexpr std::string_view pngEnd("IEND\xAE\x42\x60\x82", 8);
+    const auto content = files::contents(path, limit);
+    if (!content || content->starts_with(pngStart))
+        return content && content->ends_with(pngEnd);
+    QXmlStreamReader drawing(QByteArray::fromRawData(content->data(), static_cast<qsizetype>(content->size())));
+    if (!drawing.readNextStartElement() || drawing.name() != QLatin1String("svg"))
+        return false;
+    drawing.skipCurrentElement();
+    return !drawing.hasError();
 }
 
 }  // namespace
 
 FreedesktopBundle::FreedesktopBundle() : FreedesktopBundle(ownExecutable(), BRINDLE_SOURCE_RESOURCES) {}
 
-FreedesktopBundle::FreedesktopBundle(std::string executable, std::string sourceResources)
+FreedesktopBundle::FreedesktopBundle(std::string executable, const std::string& sourceResources)
     : executable_(std::move(executable)) {
-    const auto prefix = std::filesystem::path(executable_).parent_path().parent_path();
+    const auto folder = std::filesystem::path(executable_).parent_path();
+    const auto prefix = folder.parent_path();
     prefix_ = prefix.empty() ? "/" : prefix.string();
-    if (const auto installed = prefix / BRINDLE_INSTALLED_RESOURCES; isFolder(installed))
-        resources_ = installed.string();
-    else if (isFolder(sourceResources))
-        resources_ = std::move(sourceResources);
+    for (const auto& relative : {std::string(BRINDLE_INSTALLED_RESOURCES), sourceResources}) {
+        const auto place = (folder / relative).lexically_normal();
+        if (!resources_ && place.is_absolute() && isFolder(place))
+            resources_ = place.string();
+    }
 }
 
 std::optional<std::string> FreedesktopBundle::infoString(std::string_view key) const {

@@ -10,8 +10,9 @@ public:
     static constexpr const char* identifier = "org.brindle.Brindle";
 
     FreedesktopBundle();
-    /// For the executable at that path, and the resources that stand in where none are installed.
-    FreedesktopBundle(std::string executable, std::string sourceResources);
+    /// For the executable at that path, and the resources that stand in where none are installed, absolute or relative
+    /// to the executable's folder.
+    FreedesktopBundle(std::string executable, const std::string& sourceResources);
 
     [[nodiscard]] std::optional<std::string> bundleIdentifier() const override { return identifier; }
     [[nodiscard]] std::optional<std::string> infoString(std::string_view key) const override;

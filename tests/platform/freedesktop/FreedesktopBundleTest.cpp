@@ -13,12 +13,12 @@ using testing::Optional;
 using testing::StartsWith;
 using testing::StrEq;
 
-constexpr const char* png = "\x89PNG\r\n\x1A\n...";
+const std::string png = "\x89PNG\r\n\x1A\n...IEND\xAE\x42\x60\x82";
+const std::string drawing = "<!-- ours --><svg xmlns='http://www.w3.org/2000/svg'><path d='M0 0'/></svg>";
 
 TEST(FreedesktopBundle, FindsItselfAndTheResourcesOfItsTree) {
-    const FreedesktopBundle bundle;
-    EXPECT_THAT(bundle.executablePath(), Optional(EndsWith("/brindle_freedesktop_tests")));
-    EXPECT_THAT(bundle.infoString("CFBundleShortVersionString"), Optional(StrEq("1.0")));
+    EXPECT_THAT(FreedesktopBundle().executablePath(), Optional(EndsWith("/brindle_freedesktop_tests")));
+    const FreedesktopBundle bundle("/nowhere/bin/brindle", BRINDLE_RESOURCES);
     EXPECT_EQ(bundle.infoString("unheard of"), std::nullopt);
     EXPECT_THAT(bundle.resourcePath(), Optional(StrEq(BRINDLE_RESOURCES)));
     EXPECT_TRUE(bundle.imageNamed("AppIcon") && bundle.imageNamed("AppIconOutline"));
@@ -30,26 +30,32 @@ TEST(FreedesktopBundle, PrefersInstalledResourcesAndDoesWithoutAny) {
     const Scratch scratch;
     scratch.write("share/brindle/AppIcon.png", png);
     const FreedesktopBundle installed(scratch / "bin/brindle", BRINDLE_RESOURCES);
-    EXPECT_THAT(installed.resourcePath(), Optional(scratch / "share/brindle"));
+    EXPECT_THAT(installed.resourcePath(), Optional(EndsWith("/share/brindle")));
     EXPECT_EQ(installed.bundlePath(), scratch.path());
     EXPECT_THAT(installed.imageNamed("AppIcon"), Optional(EndsWith("/AppIcon.png")));
+    const FreedesktopBundle moved(scratch / "tree/build/brindle", "../../share/brindle");
+    EXPECT_EQ(moved.resourcePath(), installed.resourcePath());
 
-    const FreedesktopBundle bare("", "/nowhere");
+    const FreedesktopBundle bare("", "nowhere");
     EXPECT_FALSE(bare.resourcePath() || bare.executablePath() || bare.imageNamed("AppIcon"));
     EXPECT_EQ(bare.bundlePath(), "/");
 }
 
 TEST(FreedesktopBundle, TakesNothingForAnImageThatIsNone) {
     const Scratch scratch;
+    scratch.write("whole.svg", drawing);
     scratch.write("empty.svg", "");
     scratch.write("text.svg", "not a drawing");
-    scratch.write("cut.png", "\x89PN");
+    scratch.write("page.svg", "<html><svg/></html>");
+    scratch.write("half.svg", drawing.substr(0, 60));
+    scratch.write("cut.png", png.substr(0, 15));
     std::filesystem::create_directory(scratch / "folder.svg");
     ::mkfifo((scratch / "fifo.svg").c_str(), 0600);
     scratch.write("second.svg", "");
     scratch.write("second.png", png);
     const FreedesktopBundle bundle("/nowhere/bin/brindle", scratch.path());
-    for (const char* name : {"empty", "text", "cut", "folder", "fifo", "missing"})
+    EXPECT_TRUE(bundle.imageNamed("whole"));
+    for (const char* name : {"empty", "text", "page", "half", "cut", "folder", "fifo", "missing"})
         EXPECT_EQ(bundle.imageNamed(name), std::nullopt) << name;
     EXPECT_THAT(bundle.imageNamed("second"), Optional(EndsWith(".png")));
 }
