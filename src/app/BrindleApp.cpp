@@ -4,6 +4,7 @@
 #include <xcb/xcb.h>
 
 #include <QApplication>
+#include <QIcon>
 #include <csignal>
 #include <cstdlib>
 #include <memory>
@@ -12,6 +13,7 @@
 #include "base/Log.h"
 #include "platform/Platform.h"
 #include "platform/SingleInstance.h"
+#include "platform/freedesktop/FreedesktopBundle.h"
 #include "platform/freedesktop/SessionBus.h"
 #include "platform/x11/X11Platform.h"
 #include "views/ContentPopover.h"
@@ -34,11 +36,22 @@ void keepMemoryPrivate() {
     ::prctl(PR_SET_DUMPABLE, 0, 0, 0, 0);
 }
 
+bool isWaylandSession() {
+    return !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+}
+
+void logMissingServer() {
+    if (isWaylandSession())
+        log("Brindle needs X11, and this Wayland session has no Xwayland that answers.");
+    else
+        log("Brindle needs an X server, and none answers at DISPLAY=" + qEnvironmentVariable("DISPLAY").toStdString());
+}
+
 void prepareToolkit() {
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
     QCoreApplication::setApplicationName("brindle");
     QGuiApplication::setApplicationDisplayName("Brindle");
-    QGuiApplication::setDesktopFileName("org.brindle.Brindle");
+    QGuiApplication::setDesktopFileName(FreedesktopBundle::identifier);
     QGuiApplication::setQuitOnLastWindowClosed(false);
 }
 
@@ -70,11 +83,12 @@ int BrindleApp::run(char** argv) {
     // A closed standard output costs log lines, not the program.
     std::signal(SIGPIPE, SIG_IGN);
     if (!isServerReachable()) {
-        log("Brindle needs an X server, and none answers at DISPLAY=" + qEnvironmentVariable("DISPLAY").toStdString());
+        logMissingServer();
         return EXIT_FAILURE;
     }
     prepareToolkit();
     const auto application = makeToolkit(argv);
+    QApplication::setWindowIcon(QIcon::fromTheme(FreedesktopBundle::identifier));
     neverStartSessionBus();
     const auto desktop = X11Platform::create();
     if (!desktop)
@@ -87,6 +101,8 @@ int BrindleApp::run(char** argv) {
         log("Brindle is running already and does not answer.");
     if (claim != InstanceClaim::first)
         return claim == InstanceClaim::handedOver ? EXIT_SUCCESS : EXIT_FAILURE;
+    if (isWaylandSession())
+        log("Wayland session: Brindle works with X11 applications (through Xwayland); what others copy may be missed.");
 
     const auto delegate = std::make_shared<AppDelegate>(makeContent);
     desktop->application().setDelegate(delegate.get());
