@@ -11,6 +11,12 @@ SharedText::SharedText() : SharedText(std::string()) {}
 
 SharedText::SharedText(std::string text) : body_(new Body{std::move(text)}) {}
 
+bool SharedText::isWellFormed() const {
+    if (!body_->isWellFormed)
+        body_->isWellFormed = unicode::isWellFormed(body_->text);
+    return *body_->isWellFormed;
+}
+
 std::uint64_t SharedText::canonicalHash(Body& body) {
     if (!body.hasCanonicalHash) {
         body.isComposed = unicode::isComposed(body.text);

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -34,6 +35,9 @@ public:
     [[nodiscard]] std::string_view view() const { return body_->text; }
     [[nodiscard]] bool isEmpty() const { return body_->text.empty(); }
 
+    /// Whether it is well-formed UTF-8. Looked at once per body.
+    [[nodiscard]] bool isWellFormed() const;
+
     /// Equal as Unicode text under canonical equivalence (UAX #15): a composed and a decomposed accent are the same.
     /// The key behind it is computed once per body, so comparing one text with many is cheap.
     [[nodiscard]] bool isCanonicallyEqual(const SharedText& other) const;
@@ -52,6 +56,7 @@ private:
         std::uint64_t canonicalHash = 0;
         bool hasCanonicalHash = false;
         bool isComposed = false;
+        std::optional<bool> isWellFormed = std::nullopt;
     };
     static std::uint64_t canonicalHash(Body& body);
 

@@ -16,7 +16,8 @@ public:
 
 private:
     [[nodiscard]] std::string folded(std::string_view text) const;
-    [[nodiscard]] bool isFoundInAscii(std::string_view text) const;
+    /// Of an ASCII text: found letter by letter, without folding what it is looked for in.
+    [[nodiscard]] bool isFoundAsItStands(std::string_view text) const;
 
     bool isTurkic_;
     bool isAscii_;

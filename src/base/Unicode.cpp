@@ -25,18 +25,6 @@ icu::StringPiece piece(std::string_view text) {
     return {text.data(), static_cast<std::int32_t>(text.size())};
 }
 
-/// Where the ASCII at `start` ends, give or take seven characters: most texts are nothing else, and eight at a time are
-/// many times faster.
-std::size_t asciiEnd(std::string_view text, std::size_t start) {
-    std::uint64_t eight;
-    for (; start + sizeof eight <= text.size(); start += sizeof eight) {
-        std::memcpy(&eight, text.data() + start, sizeof eight);
-        if ((eight & 0x8080808080808080U) != 0)
-            break;
-    }
-    return start;
-}
-
 /// The well-formed run at some place, as long as it goes, or the ill-formed piece there.
 struct Run {
     std::size_t end;
@@ -58,6 +46,16 @@ Run nextRun(std::string_view text, std::size_t start) {
 }
 
 }  // namespace
+
+std::size_t asciiEnd(std::string_view text, std::size_t start) {
+    std::uint64_t eight;
+    for (; start + sizeof eight <= text.size(); start += sizeof eight) {
+        std::memcpy(&eight, text.data() + start, sizeof eight);
+        if ((eight & 0x8080808080808080U) != 0)
+            break;
+    }
+    return start;
+}
 
 bool isAscii(std::string_view text) {
     return std::all_of(text.begin() + static_cast<std::ptrdiff_t>(asciiEnd(text, 0)), text.end(),
