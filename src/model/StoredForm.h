@@ -2,7 +2,6 @@
 
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "model/ClipboardItem.h"
@@ -16,8 +15,8 @@ std::string encodeHistory(const std::vector<ClipboardItem>& history);
 std::string encodeLists(const std::vector<CustomList>& lists);
 
 /// All of it or nothing: malformed JSON, a missing key, a wrong type or an unknown item type anywhere gives nothing.
-/// Any input is safe, however deep or long.
-std::optional<std::vector<ClipboardItem>> decodeHistory(std::string_view json);
-std::optional<std::vector<CustomList>> decodeLists(std::string_view json);
+/// Any input is safe, however deep or long. It is read in place, so a caller that is done with it moves it in.
+std::optional<std::vector<ClipboardItem>> decodeHistory(std::string json);
+std::optional<std::vector<CustomList>> decodeLists(std::string json);
 
 }  // namespace brindle

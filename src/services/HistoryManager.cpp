@@ -132,15 +132,15 @@ void HistoryManager::saveLists() {
 }
 
 void HistoryManager::loadHistory() {
-    if (const auto stored = platform().defaults().data(storageKey_)) {
-        if (auto decoded = decodeHistory(*stored))
+    if (auto stored = platform().defaults().data(storageKey_)) {
+        if (auto decoded = decodeHistory(std::move(*stored)))
             history_ = std::move(*decoded);
     }
 }
 
 void HistoryManager::loadLists() {
-    if (const auto stored = platform().defaults().data(listsStorageKey_)) {
-        if (auto decoded = decodeLists(*stored))
+    if (auto stored = platform().defaults().data(listsStorageKey_)) {
+        if (auto decoded = decodeLists(std::move(*stored)))
             customLists_ = std::move(*decoded);
     }
 }
