@@ -53,6 +53,7 @@ def _declare(library, result, *names):
 
 _declare(_x, c_void_p, "XOpenDisplay", "XGetImage")
 _declare(_x, c_ulong, "XDefaultRootWindow", "XInternAtom", "XGetSelectionOwner", "XStringToKeysym",
+         "XCreateSimpleWindow",
          "XkbKeycodeToKeysym")
 _declare(_xi, POINTER(_DeviceInfo), "XListInputDevices")
 _declare(_xi, c_void_p, "XOpenDevice")

@@ -10,7 +10,7 @@ namespace brindle::test {
 
 /// A desktop in memory. The program sees it through `Platform`; a test plays the user and the other programs through
 /// the members. Every effect is one line of the journal.
-class SimulatedPlatform final : public Platform {
+class SimulatedPlatform : public Platform {
 public:
     /// Becomes the platform of this process and takes the log's lines into the journal, until it is destroyed.
     SimulatedPlatform() {

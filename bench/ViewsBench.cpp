@@ -1,0 +1,93 @@
+#include <benchmark/benchmark.h>
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QScrollBar>
+
+#include "bench/Desk.h"
+#include "views/ContentView.h"
+#include "views/HistoryView.h"
+#include "views/TextField.h"
+
+namespace brindle::bench {
+
+namespace {
+
+/// The main view over a history, as the popover shows it.
+struct Window {
+    Window(std::size_t count, std::size_t bytes) : desk(Storing::nowhere, count, bytes) {
+        view.show();
+        QApplication::setActiveWindow(&view);
+        QApplication::processEvents();  // a window paints once it is exposed
+        redraw();
+    }
+
+    /// What one turn of the main loop does.
+    void redraw() {
+        desk.platform.queue.run();
+        view.repaint();
+    }
+
+    Desk desk;
+    ContentView view{desk.history, desk.monitor, desk.settings};
+};
+
+void type(QWidget& field, QChar character) {
+    QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, character);
+    QApplication::sendEvent(&field, &press);
+}
+
+void keystrokeInTheSearch(benchmark::State& state) {
+    Window window(10'000, static_cast<std::size_t>(state.range(0)));
+    auto& field = *window.view.findChild<TextField*>();
+    field.setFocus();
+    std::size_t round = 0;
+    for ([[maybe_unused]] auto turn : state) {
+        if (round++ % 4 == 3) {
+            state.PauseTiming();
+            field.clear();
+            window.redraw();
+            state.ResumeTiming();
+        }
+        type(field, QStringLiteral("dog ").at(static_cast<qsizetype>(round % 4)));
+        window.redraw();
+    }
+}
+
+void scrollByAPage(benchmark::State& state) {
+    Window window(static_cast<std::size_t>(state.range(0)), 1024);
+    QScrollBar& bar = *window.view.findChild<HistoryView*>()->verticalScrollBar();
+    for ([[maybe_unused]] auto turn : state) {
+        bar.setValue(bar.value() == bar.maximum() ? 0 : bar.value() + bar.pageStep());
+        window.view.repaint();
+    }
+}
+
+/// From the poll to the painted list, on the disk meanwhile.
+void showACopy(benchmark::State& state) {
+    Window window(static_cast<std::size_t>(state.range(0)), 1024);
+    std::size_t number = 2'000'000;
+    for ([[maybe_unused]] auto turn : state) {
+        state.PauseTiming();
+        window.desk.platform.clipboard.copy(SharedText(text(number++, 1024)));
+        window.desk.platform.queue.run();
+        state.ResumeTiming();
+        window.desk.monitor.checkClipboard();
+        window.redraw();
+    }
+}
+
+BENCHMARK(keystrokeInTheSearch)->Arg(1024)->Arg(10 * 1024)->Unit(benchmark::kMillisecond);
+BENCHMARK(scrollByAPage)->Arg(100)->Arg(10'000)->Unit(benchmark::kMillisecond);
+BENCHMARK(showACopy)->Arg(5)->Arg(1000)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+
+}  // namespace brindle::bench
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+}

@@ -1,0 +1,241 @@
+#!/usr/bin/env python3
+"""The real program on a virtual desktop: program.py BRINDLE REPEATS prints JSON, {figure: [value, …]}.
+
+Times are wall time in milliseconds as an X client sees them, CPU times are the scheduler's (/proc/…/schedstat).
+"""
+import ctypes
+import json
+import pathlib
+import sys
+import time
+from ctypes import byref, c_long, c_ulong
+
+HERE = pathlib.Path(__file__).resolve().parent
+sys.path.insert(0, str(HERE.parent / "tests/desktop"))
+
+import applications  # noqa: E402
+from desktop import Desktop  # noqa: E402
+from x11 import Rect, _ClientMessage, _x  # noqa: E402
+
+MIB = 1 << 20
+IDLE_SECONDS = 60
+DESTROYED = 1 << 19  # SubstructureNotifyMask
+KEY_PRESS, KEY_PRESS_MASK = 2, 1
+
+
+def text(number, size):
+    return (f"{number} " + "The quick brown fox jumps over the lazy dog.\n" * (size // 44 + 1))[:size]
+
+
+def milliseconds(start):
+    return (time.perf_counter() - start) * 1000
+
+
+class Measured:
+    """A desktop with a Brindle on a history of that many entries of 1 KB."""
+
+    def __init__(self, entries, **options):
+        self.desktop = Desktop(**options)
+        self.entries = entries
+
+    def __enter__(self):
+        self.desktop.__enter__()
+        self.desktop.seed_history([text(number, 1024) for number in range(self.entries)], limit=self.entries + 1000)
+        return self
+
+    def __exit__(self, *details):
+        self.desktop.__exit__(*details)
+
+    def start(self):
+        self.brindle = applications.Brindle(self.desktop)
+        self.pid = self.brindle.process.pid
+        return self.brindle
+
+    def tasks(self):
+        return pathlib.Path(f"/proc/{self.pid}/task").iterdir()
+
+    def cpu(self):
+        """Milliseconds on a processor, of all threads."""
+        return sum(int((task / "schedstat").read_text().split()[0]) for task in self.tasks()) / 1e6
+
+    def wake_ups(self):
+        return sum(int(line.split()[1]) for task in self.tasks() for line in (task / "status").read_text().splitlines()
+                   if line.startswith("voluntary_ctxt_switches"))
+
+    def memory(self, field, file="smaps_rollup"):
+        """MiB."""
+        for line in pathlib.Path(f"/proc/{self.pid}/{file}").read_text().splitlines():
+            if line.startswith(field + ":"):
+                return int(line.split()[1]) / 1024
+        raise KeyError(field)
+
+    def point(self, position):
+        return bytes(self.desktop.x.pixels(Rect(*position, 1, 1)))
+
+
+def until(condition, seconds=20):
+    deadline = time.perf_counter() + seconds
+    while not condition():
+        if time.perf_counter() > deadline:
+            raise TimeoutError
+    return True
+
+
+def start_up(repeats):
+    """From exec to the icon in the tray; the pasteboard is watched before."""
+    values = []
+    with Measured(1000) as measured:
+        desktop = measured.desktop
+        tray = desktop.x.owner("_NET_SYSTEM_TRAY_S0")
+        panels = [window for window in desktop.x.children(desktop.x.root) if desktop.x.rect(window)]
+        before = {window for panel in [tray, *panels] for window in desktop.x.tree(panel)}
+
+        def docked():
+            return any(window not in before and desktop.x.rect(window)
+                       for panel in panels for window in desktop.x.tree(panel))
+        for _ in range(repeats):
+            start = time.perf_counter()
+            process = desktop.run(applications.BRINDLE)
+            until(docked)
+            values.append(milliseconds(start))
+            desktop.await_idle(process)
+            process.terminate()
+            process.wait()
+            until(lambda: not docked())
+    return {"start to the icon, ms": values}
+
+
+def opening(repeats, entries):
+    mapped, painted = [], []
+    with Measured(entries) as measured:
+        desktop, brindle = measured.desktop, measured.start()
+        x, rect = desktop.x, brindle.open()
+        window, place = brindle.popover_window(), (rect.x + rect.width // 2, rect.y + 3)
+        figures = {}
+        if entries == 1000:
+            figures = {"memory, RSS MiB": [measured.memory("Rss")], "memory, PSS MiB": [measured.memory("Pss")]}
+        for _ in range(repeats):
+            brindle.press_hot_key()
+            brindle.await_closed()
+            desktop.await_idle(brindle.process)
+            background = measured.point(place)
+            for key in applications.HOT_KEY[:-1]:
+                x.key(key, True)
+            start = time.perf_counter()
+            x.key(applications.HOT_KEY[-1], True)
+            until(lambda: x.rect(window))
+            mapped.append(milliseconds(start))
+            until(lambda: measured.point(place) != background)
+            painted.append(milliseconds(start))
+            for key in reversed(applications.HOT_KEY):
+                x.key(key, False)
+            brindle.await_open()
+    return figures | {f"shortcut to mapped, {entries} entries, ms": mapped,
+                      f"shortcut to painted, {entries} entries, ms": painted}
+
+
+def idling(_repeats):
+    with Measured(1000) as measured:
+        brindle = measured.start()
+        brindle.open()
+        brindle.press_hot_key()
+        brindle.await_closed()
+        measured.desktop.await_idle(brindle.process)
+        cpu, wakes = measured.cpu(), measured.wake_ups()
+        time.sleep(IDLE_SECONDS)  # the minute is what is measured
+        return {"idle CPU, ms a minute": [measured.cpu() - cpu], "idle wake-ups a minute": [measured.wake_ups() - wakes]}
+
+
+def capturing(repeats, entries):
+    """CPU of all that a copy costs the program: the transfer, the entry, the store."""
+    values = []
+    with Measured(entries) as measured:
+        brindle = measured.start()
+        for number in range(repeats):
+            copied = text(10**6 + number, 1024)
+            cpu = measured.cpu()
+            measured.desktop.copy(copied)
+            measured.desktop.wait_for(lambda: brindle.contents()[:1] == [copied], 5, "captured")
+            values.append(measured.cpu() - cpu)
+    return {f"CPU of a copy, {entries} entries, ms": values}
+
+
+def large_text(_repeats):
+    """One text of 64 MiB, the popover open: shown, memory, the longest time in which the window answered no ping."""
+    with Measured(5) as measured:
+        desktop, brindle = measured.desktop, measured.start()
+        rect = brindle.open()
+        x, window = desktop.x, brindle.popover_window()
+        base = measured.memory("Rss")
+        row = Rect(rect.x + 40, rect.y + applications.ROWS_TOP + 10, 60, 12)
+        before = bytes(x.pixels(row))
+        pathlib.Path(f"/proc/{measured.pid}/clear_refs").write_text("5")
+        start = time.perf_counter()
+        desktop.copy("A" * (64 * MIB))
+        stall = [0]
+        until(lambda: longest_silence(x, window, stall) and bytes(x.pixels(row)) != before)
+        shown = milliseconds(start)
+        peak = measured.memory("VmHWM", "status")
+        brindle.click_row(0, 3)
+        brindle.choose(1)  # "Delete"
+        desktop.wait_for(lambda: not any("A" * 50 in content for content in brindle.contents()), 10, "deleted")
+        desktop.copy("short")
+        desktop.wait_for(lambda: brindle.contents()[:1] == ["short"], 10, "captured")
+        return {"64 MiB: copied to shown, ms": [shown], "64 MiB: peak over base, times the text": [(peak - base) / 64],
+                "64 MiB: longest stall, ms": stall, "64 MiB: left after it is deleted, MiB": [measured.memory("Rss") - base]}
+
+
+def longest_silence(x, window, longest):
+    """One ping and its answer (EWMH, _NET_WM_PING), which comes from the main loop."""
+    _x.XSelectInput(x._display, c_ulong(x.root), c_long(DESTROYED))
+    ping = _ClientMessage(type=33, window=window, message=x.atom("WM_PROTOCOLS"), format=32)
+    ping.data[0], ping.data[2] = x.atom("_NET_WM_PING"), window
+    start = time.perf_counter()
+    _x.XSendEvent(x._display, c_ulong(window), 0, c_long(0), byref(ping))
+    _x.XSync(x._display, 0)
+    event = (ctypes.c_byte * 192)()
+    until(lambda: _x.XCheckTypedEvent(x._display, 33, byref(event)))
+    longest[0] = max(longest[0], milliseconds(start))
+    return True
+
+
+def pasting(repeats):
+    """From the release of the button on a row to the V that arrives in a window which has the focus at once."""
+    values = []
+    with Measured(5) as measured:
+        desktop, brindle = measured.desktop, measured.start()
+        x = desktop.x
+        target = _x.XCreateSimpleWindow(x._display, c_ulong(x.root), 50, 50, 300, 200, 0, c_ulong(0), c_ulong(0))
+        _x.XSelectInput(x._display, c_ulong(target), c_long(KEY_PRESS_MASK))
+        _x.XMapWindow(x._display, c_ulong(target))
+        desktop.wait_for(lambda: x.active() == target, 10, "target in front")
+        v = x._keycode("v")[0]
+        for _ in range(repeats):
+            brindle.open()
+            x.move(*brindle.row(1))
+            x.button(1, True)
+            event = (ctypes.c_uint * 48)()
+
+            def is_v():
+                return _x.XCheckTypedEvent(x._display, KEY_PRESS, byref(event)) and event[21] == v
+            start = time.perf_counter()
+            x.button(1, False)
+            until(is_v)
+            values.append(milliseconds(start))
+            desktop.await_idle(brindle.process)
+            desktop.wait_for(lambda: x.active() == target, 10, "target in front")
+    return {"click to the chord, ms": values}
+
+
+def main(program, repeats):
+    applications.BRINDLE = program
+    figures = {}
+    for measure, *arguments in ((start_up,), (opening, 5), (opening, 1000), (opening, 10_000), (idling,),
+                                (capturing, 5), (capturing, 1000), (large_text,), (pasting,)):
+        print(f"{measure.__name__} {arguments or ''}", file=sys.stderr)
+        figures |= measure(repeats, *arguments)
+    json.dump(figures, sys.stdout, indent=1)
+
+
+if __name__ == "__main__":
+    main(sys.argv[1], int(sys.argv[2]))
