@@ -97,7 +97,7 @@ bool TextSearch::isFoundAsItStands(std::string_view text) const {
         const std::size_t end = std::min(start + blockSize, places);
         bool isPromising = false;
         for (std::size_t at = start; at < end; ++at)
-            isPromising |= first.is(firsts[at]) & last.is(lasts[at]);
+            isPromising |= (unsigned{first.is(firsts[at])} & unsigned{last.is(lasts[at])}) != 0;  // no jump
         for (std::size_t at = start; isPromising && at < end; ++at) {
             if (std::equal(wanted_.begin(), wanted_.end(), firsts + at, [](char w, char c) { return w == lower(c); }) &&
                 !continuesCharacter(text, at + wanted_.size()))

@@ -22,10 +22,12 @@ public:
 
     /// Whether translucent windows are blended with what is below them.
     [[nodiscard]] virtual bool isComposited() const { return true; }
+    // NOLINTNEXTLINE(performance-unnecessary-value-param): where the notice exists, it is kept
     [[nodiscard]] virtual Subscription onCompositingChange(std::function<void()> /*observer*/) { return {}; }
 
     /// Whether there is a tray that embeds windows (XEmbed).
     [[nodiscard]] virtual bool hasEmbeddingTray() const { return false; }
+    // NOLINTNEXTLINE(performance-unnecessary-value-param): where the notice exists, it is kept
     [[nodiscard]] virtual Subscription onEmbeddingTrayChange(std::function<void()> /*observer*/) { return {}; }
 
     /// What the desktop's panel looks like, in which a host draws our icon; none where that cannot be seen.
