@@ -27,6 +27,7 @@ public:
         return *this;
     }
     ~SharedText() {
+        // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDelete): it sees a std::optional destroy its value twice
         if (body_ && --body_->owners == 0)
             delete body_;
     }
