@@ -86,12 +86,12 @@ class Editor:
 class Brindle:
     """A running Brindle: what it says, what it stores, where it is on the screen."""
 
-    def __init__(self, desktop, ready=True, program=BRINDLE, **environment):
+    def __init__(self, desktop, ready=True, program=None, **environment):
         self.desktop, self.x = desktop, desktop.x
         self.lines = []
         self._lines_changed = threading.Condition()
         desktop.brindle = self
-        self.process = desktop.run(program, stdout=subprocess.PIPE, environment=environment)
+        self.process = desktop.run(program or BRINDLE, stdout=subprocess.PIPE, environment=environment)
         self._reader = threading.Thread(target=self._read, daemon=True)
         self._reader.start()
         if ready:
