@@ -5,6 +5,8 @@
 
 #include <QApplication>
 #include <QIcon>
+#include <QTimer>
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <memory>
@@ -32,8 +34,11 @@ bool isServerReachable() {
 
 /// What people copy must neither land in a core dump nor be read out of this process by their other programs. A limit
 /// of the dump's size would not do: it does not hold for a collector, and the programs that we start inherit it.
-void keepMemoryPrivate() {
-    ::prctl(PR_SET_DUMPABLE, 0, 0, 0, 0);
+/// Not at once: a portal looks at /proc/PID/root of whoever asks it for the first time, and refuses those whose it
+/// cannot see.
+void keepMemoryPrivateSoon() {
+    constexpr std::chrono::seconds portalMayTake{5};  // it may have to be started for our question
+    QTimer::singleShot(portalMayTake, [] { ::prctl(PR_SET_DUMPABLE, 0, 0, 0, 0); });
 }
 
 bool isWaylandSession() {
@@ -79,7 +84,6 @@ std::unique_ptr<QApplication> makeToolkit(char** argv) {
 }  // namespace
 
 int BrindleApp::run(char** argv) {
-    keepMemoryPrivate();
     // A closed standard output costs log lines, not the program.
     std::signal(SIGPIPE, SIG_IGN);
     if (!isServerReachable()) {
@@ -90,6 +94,7 @@ int BrindleApp::run(char** argv) {
     const auto application = makeToolkit(argv);
     QApplication::setWindowIcon(QIcon::fromTheme(FreedesktopBundle::identifier));
     neverStartSessionBus();
+    keepMemoryPrivateSoon();
     const auto desktop = X11Platform::create();
     if (!desktop)
         return EXIT_FAILURE;  // the server went between the two looks at it
