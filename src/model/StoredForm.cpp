@@ -107,11 +107,16 @@ private:
     std::size_t depth_ = outermost;  // arrays and objects that are open
 };
 
+/// JSON has none of these, but the parser's quick way through a text lets them pass.
+bool isControlPassedOver(char character) {
+    return character >= 0x1A && character <= 0x1F;
+}
+
 /// Iterative, so that depth costs heap and not stack; in place, so that a long text is not gathered on the side.
 bool read(std::string json, ObjectsHandler& handler) {
     constexpr unsigned flags =
         rapidjson::kParseIterativeFlag | rapidjson::kParseInsituFlag | rapidjson::kParseNumbersAsStringsFlag;
-    if (!unicode::isWellFormed(json))
+    if (!unicode::isWellFormed(json) || std::ranges::any_of(json, isControlPassedOver))
         return false;
     const std::size_t size = json.size();
     json.append(readAhead, '\0');
