@@ -81,6 +81,9 @@ X11KeyEvents::X11KeyEvents(X11Connection& connection, PrimaryLoan primary)
     if (connection_.hasExtension(xcb_input_id))
         rawReleases_ = connection_.onGenericEvent(xcb_input_id, XCB_INPUT_RAW_KEY_RELEASE,
                                                   [this](const auto& event) { handleRawRelease(event); });
+    // Left behind by a process that was killed with a modifier lent to a finger; each paste would keep it down.
+    if (connection_.hasExtension(xcb_test_id))
+        letGo(X11KeyStates::read(connection_).synthetic & keyboard_.modifierKeys());
 }
 
 X11KeyEvents::~X11KeyEvents() {

@@ -89,7 +89,7 @@ void X11Pasteboard::handleNotice(const xcb_xfixes_selection_notify_event_t& noti
     }
     const bool isGivenUp = notice.subtype == XCB_XFIXES_SELECTION_EVENT_SET_SELECTION_OWNER;
     if (!isGivenUp && text_ && !reader_.isReading()) {
-        server_.inherit(clipboard_, *text_, notice.timestamp);
+        server_.inherit(clipboard_, *text_, notice.selection_timestamp);
         return;
     }
     reader_.abandon();

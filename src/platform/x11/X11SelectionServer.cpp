@@ -55,7 +55,8 @@ void X11SelectionServer::own(xcb_atom_t selection, std::optional<SharedText> tex
 void X11SelectionServer::inherit(xcb_atom_t selection, const SharedText& text, xcb_timestamp_t time) {
     if (connection_.selectionOwner(selection) != XCB_WINDOW_NONE)
         return;
-    // With the time of the end the server refuses when somebody takes it between the question and this.
+    // With the time at which the owner that ended took it, the server refuses when somebody takes it between the
+    // question and this, and whoever takes it later is not refused for a key that came before the end.
     xcb_set_selection_owner(connection_.get(), window_, selection, time);
     if (connection_.selectionOwner(selection) == window_)
         owned_[selection] = {text, time, 1};

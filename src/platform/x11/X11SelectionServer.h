@@ -32,7 +32,7 @@ public:
     /// Takes a selection and serves the text, or nothing. The server knows when this returns. Its notice of the new
     /// owner goes to the window above and must be passed on to `noteOwnership`.
     void own(xcb_atom_t selection, std::optional<SharedText> text);
-    /// Takes a selection whose owner went at `time`, unless it has a new one.
+    /// Takes a selection whose owner, since `time`, is gone; unless it has a new one.
     void inherit(xcb_atom_t selection, const SharedText& text, xcb_timestamp_t time);
     /// Asks the desktop's clipboard manager to fetch the text and take over. Its answer goes to the window above; false
     /// when there is nobody to ask.

@@ -58,9 +58,11 @@ std::optional<SelectionEncoding> selectionEncoding(std::string_view target) {
 /// A long text would be copied at each doubling, for 50 ms in the end. Room that is never touched costs addresses only.
 void SelectionTextDecoder::makeRoom(std::size_t count) {
     constexpr std::size_t longText = std::size_t{8} << 20U;  // bytes: a few milliseconds of copying
-    constexpr std::size_t growth = 16;
-    if (text_.size() + count > text_.capacity() && text_.size() + count > longText)
-        text_.reserve((text_.size() + count) * growth);
+    constexpr std::size_t growth = 8;
+    constexpr std::size_t mostAhead = std::size_t{256} << 20U;
+    const std::size_t wanted = text_.size() + count;
+    if (wanted > text_.capacity() && wanted > longText)
+        text_.reserve(std::min(wanted * growth, wanted + mostAhead));
 }
 
 void SelectionTextDecoder::append(std::string_view piece) {

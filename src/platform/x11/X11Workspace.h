@@ -24,7 +24,7 @@ public:
     /// Seconds in which a window manager follows a request to activate a window, or never will.
     static constexpr double activationTime = 1.2;
     /// Seconds from the end of a window of ours until the window that came after it counts as the user's choice. A
-    /// paste names its own within the first half of them.
+    /// paste names its own 0.08 s after it has closed the popover.
     static constexpr double handOverTime = 0.1;
 
     X11Workspace(X11Connection& connection, const DesktopEntryIndex& index, const Bundle& bundle);
