@@ -98,6 +98,7 @@ TEST(StoredFormTest, OneFaultAnywhereMakesAllOfItUnreadable) {
              stored(",\"content\":\"\xFF\""),
              stored(",\"content\":\"\xED\xA0\x80\""),
              stored(",\"content\":\"a\nb\""),
+             stored(",\"content\":\"long enough to go the quick way \x1B a\""),
              stored(",\"other\":\"\xFF\""),
              stored(R"(,"type":"Text")"),
              stored(R"(,"type":true)"),
