@@ -53,7 +53,7 @@ void QtPopover::setContent(std::unique_ptr<PopoverContent> content) {
     content_.reset(dynamic_cast<QtPopoverContent*>(content.get()));
     if (!content_)
         return;
-    content.release();
+    static_cast<void>(content.release());  // it is content_ now
     window_.setContent(content_->widget());
     window_.setColorScheme(content_->colorScheme());
     colorScheme_ = content_->onColorSchemeChange([this] { window_.setColorScheme(content_->colorScheme()); });
