@@ -81,6 +81,14 @@ void TextField::keyPressEvent(QKeyEvent* event) {
         copySelection();
         if (hasSelectedText())
             insert({});
+    } else if (event->matches(QKeySequence::DeleteCompleteLine)) {  // the base class would copy what it deletes
+        selectAll();
+        insert({});
+    } else if (event->matches(QKeySequence::DeleteEndOfLine)) {
+        deselect();
+        end(true);
+        if (hasSelectedText())
+            insert({});
     } else {
         QLineEdit::keyPressEvent(event);
     }
