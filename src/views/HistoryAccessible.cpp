@@ -77,11 +77,18 @@ public:
     QStringList keyBindingsForAction(const QString&) const override { return {}; }
     void doAction(const QString& name) override {
         const auto row = index();
-        if (row && name == pressAction())
+        if (row && name == pressAction() && !isListCovered())
             view_->row(*row).pasteItem();
     }
 
 private:
+    /// Whatever lies over the list and keeps the mouse from it keeps this from it too.
+    bool isListCovered() const {
+        const QWidget* viewport = view_->viewport();
+        const QWidget* window = view_->window();
+        return window->childAt(viewport->mapTo(window, viewport->rect().center())) != viewport;
+    }
+
     QPointer<HistoryView> view_;
     Uuid entry_;
     mutable std::size_t lastIndex_;
@@ -90,15 +97,15 @@ private:
 /// Makes an interface for a row when it is first asked for, and keeps it as long as the list shows that entry.
 class AccessibleHistory final : public QAccessibleWidget {
 public:
-    explicit AccessibleHistory(HistoryView& view) : QAccessibleWidget(&view, QAccessible::List) {}
+    explicit AccessibleHistory(HistoryView& view)
+        : QAccessibleWidget(&view, QAccessible::List), entries_(entriesOf(view)) {}
     ~AccessibleHistory() override {
         for (const auto& [entry, row] : rows_)
             QAccessible::deleteAccessibleInterface(row.id);
     }
 
     void followRows() {
-        std::vector<Uuid> entries;
-        std::ranges::transform(view().filteredItems(), std::back_inserter(entries), &ClipboardItem::id);
+        std::vector<Uuid> entries = entriesOf(view());
         if (entries_ != entries) {
             entries_ = std::move(entries);
             forgetGoneRows();
@@ -146,6 +153,12 @@ private:
     };
 
     HistoryView& view() const { return static_cast<HistoryView&>(*widget()); }
+
+    static std::vector<Uuid> entriesOf(const HistoryView& view) {
+        std::vector<Uuid> entries;
+        std::ranges::transform(view.filteredItems(), std::back_inserter(entries), &ClipboardItem::id);
+        return entries;
+    }
 
     void forgetGoneRows() {
         std::erase_if(rows_, [](const auto& known) {

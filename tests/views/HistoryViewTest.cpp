@@ -200,6 +200,14 @@ TEST_F(HistoryViewTest, ShowsItsRowsToAssistiveTechnology) {
     EXPECT_EQ(rows->indexOfChild(row), 1);
     const QPoint middle = row->rect().center();
     EXPECT_EQ(rows->childAt(middle.x(), middle.y()), row);
+    for (auto* isCovered : {&state().showSettings, &state().showDeleteListAlert}) {
+        *isCovered = true;
+        settle();
+        row->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        EXPECT_THAT(sim.journal.take(), IsEmpty());
+        *isCovered = false;
+        settle();
+    }
     row->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     EXPECT_EQ(sim.clipboard.content()->string(), "second");
 
