@@ -44,12 +44,14 @@ void Control::focusInEvent(QFocusEvent* event) {
 void Control::keyPressEvent(QKeyEvent* event) {
     const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     const bool isArrow = event->key() >= Qt::Key_Left && event->key() <= Qt::Key_Down;
-    if (isReturn)
-        click();
-    else if (isArrow)
+    if (isReturn) {
+        if (!event->isAutoRepeat())
+            click();
+    } else if (isArrow) {
         event->ignore();  // the base class would take it for Tab; whoever holds the control may want it
-    else
+    } else {
         QAbstractButton::keyPressEvent(event);
+    }
 }
 
 void Control::mousePressEvent(QMouseEvent* event) {

@@ -117,14 +117,16 @@ void HistoryView::keyPressEvent(QKeyEvent* event) {
     const bool wantsMenu =
         event->key() == Qt::Key_Menu || (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier);
     const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (const auto target = destination(event->key()))
+    if (const auto target = destination(event->key())) {
         focusRow(*target);
-    else if (wantsMenu)
+    } else if (wantsMenu) {
         openMenuOfFocusedRow();
-    else if (const auto current = focusedRow(); isReturn && current)
-        row(*current).pasteItem();
-    else
+    } else if (const auto current = focusedRow(); isReturn && current) {
+        if (!event->isAutoRepeat())
+            row(*current).pasteItem();
+    } else {
         event->ignore();
+    }
 }
 
 void HistoryView::focusInEvent(QFocusEvent* event) {
@@ -171,6 +173,9 @@ void HistoryView::openMenuOfFocusedRow() {
 }
 
 void HistoryView::openMenu(std::size_t index, QPoint globalPosition) {
+    // The menu gets the release of a button that is down.
+    pressedId_.reset();
+    scrollBar_.release();
     menuId_ = filteredItems()[index].id;
     QMenu* menu = row(index).makeMenu(this);
     connect(menu, &QMenu::aboutToHide, this, [this] {

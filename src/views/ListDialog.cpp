@@ -114,9 +114,10 @@ bool ListDialog::focusNextPrevChild(bool next) {
 
 void ListDialog::keyPressEvent(QKeyEvent* event) {
     const int key = event->key();
+    const bool isReturn = key == Qt::Key_Return || key == Qt::Key_Enter;
     if (key == Qt::Key_Escape)
         cancel();
-    else if (key == Qt::Key_Return || key == Qt::Key_Enter)
+    else if (isReturn && !event->isAutoRepeat())  // the key that opened it may still be down
         act();
     else if (key == Qt::Key_Left || key == Qt::Key_Right)
         focusNextPrevChild(key == Qt::Key_Right);

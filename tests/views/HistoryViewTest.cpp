@@ -58,6 +58,10 @@ TEST_F(HistoryViewTest, PastesOnlyWhatWasPressedAndReleased) {
     add("arrived under the pointer");
     settle();
     release(middleOfRow(0));
+    press(middleOfRow(0));
+    click(0, Qt::RightButton);
+    openMenu()->close();
+    release(middleOfRow(0));
     QTest::mouseMove(list().viewport(), QPoint(344, 10));
     press({344, 10});  // the scroll bar's thumb
     drag(*list().viewport(), {344, 400});
@@ -142,6 +146,8 @@ TEST_F(HistoryViewTest, IsWorkedWithTheKeyboard) {
     EXPECT_EQ(list().focusedRow(), 2);
     press(Qt::Key_F10, Qt::ShiftModifier);
     EXPECT_FALSE(takeMenu().isEmpty());
+    repeat(Qt::Key_Return);
+    EXPECT_THAT(sim.journal.take(), IsEmpty());
     press(Qt::Key_Return);
     EXPECT_EQ(sim.clipboard.content()->string(), "entry 18");
 }

@@ -80,6 +80,11 @@ TEST_F(ListDialogTest, AsksInTheseWords) {
 TEST_F(ListDialogTest, CreatesOnceByReturnOrClickAndLeavesTheSelection) {
     askForNew();
     EXPECT_TRUE(field()->hasFocus());
+    press(Qt::Key_Backtab);
+    repeat(Qt::Key_Return);
+    press(Qt::Key_Tab);
+    repeat(Qt::Key_Return);
+    ASSERT_NE(dialog(), nullptr);
     QTest::keyClicks(field(), "  a b ");
     for (int i = 0; i < 3; ++i)
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);

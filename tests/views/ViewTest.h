@@ -99,6 +99,12 @@ protected:
         QTest::keyClick(QApplication::focusWidget(), static_cast<Qt::Key>(key), modifiers);
         settle();
     }
+    /// What a key that stays down sends.
+    void repeat(Qt::Key key) {
+        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, {}, true);
+        QApplication::sendEvent(QApplication::focusWidget(), &event);
+        sim.queue.run();
+    }
     /// Where the next presses of Tab lead.
     QStringList tabStops(int count) {
         QStringList names;
