@@ -78,9 +78,13 @@ void SegmentedControl::setColorScheme(ColorScheme scheme) {
 void SegmentedControl::setChosen(std::optional<std::size_t> index) {
     for (std::size_t i = 0; i < segments_.size(); ++i)
         segments_[i]->setChosen(index == i);
-    // One of them is where Tab leads to.
-    for (std::size_t i = 0; i < segments_.size(); ++i)
-        segments_[i]->setFocusPolicy(i == index.value_or(0) ? Qt::TabFocus : Qt::NoFocus);
+    // One of them is where Tab leads to, and where the keyboard goes when another had it.
+    Segment* stop = segments_[index.value_or(0)];
+    for (Segment* segment : segments_)
+        segment->setFocusPolicy(segment == stop ? Qt::TabFocus : Qt::NoFocus);
+    const QWidget* focused = window()->focusWidget();
+    if (focused != stop && std::ranges::find(segments_, focused) != segments_.end())
+        stop->setFocus(Qt::OtherFocusReason);
     update();
 }
 

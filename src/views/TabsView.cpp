@@ -123,7 +123,12 @@ void TabsView::showTabs() {
         }
         tab.button->setFocusPolicy(Qt::NoFocus);
     }
-    tabs_[keyboardTab()].button->setFocusPolicy(Qt::TabFocus);
+    TabButton* stop = tabs_[keyboardTab()].button;
+    stop->setFocusPolicy(Qt::TabFocus);
+    // A click selects another tab than the one that has the keyboard, which goes along.
+    const QWidget* focused = window()->focusWidget();
+    if (focused != stop && std::ranges::find(tabs_, focused, &Tab::button) != tabs_.end())
+        stop->setFocus(Qt::OtherFocusReason);
 }
 
 std::size_t TabsView::keyboardTab() const {

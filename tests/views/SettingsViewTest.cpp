@@ -87,6 +87,8 @@ TEST_F(SettingsViewTest, IsWorkedByKeyboardWhichTheListBelowDoesNotGet) {
         press(key);
         EXPECT_EQ(settings.appTheme().value(), theme);
     }
+    click("System");
+    EXPECT_TRUE(control("System").hasFocus());
     control("Start at Login").setFocus(Qt::TabFocusReason);
     press(Qt::Key_Space);
     EXPECT_TRUE(settings.launchAtLogin().value());

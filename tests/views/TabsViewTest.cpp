@@ -157,6 +157,9 @@ TEST_F(TabsViewTest, IsOneStopForTheKeyboardAndGoneThroughByArrows) {
     EXPECT_TRUE(addButton().hasFocus());
     press(Qt::Key_Backtab);
     EXPECT_TRUE(tabs()[3]->hasFocus());
+    QTest::mouseClick(tabs()[2], Qt::LeftButton);
+    settle();
+    EXPECT_TRUE(tabs()[2]->hasFocus());
     press(Qt::Key_F10, Qt::ShiftModifier);
     EXPECT_FALSE(takeMenu().isEmpty());
     press(Qt::Key_Down);
