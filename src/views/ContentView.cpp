@@ -121,9 +121,10 @@ void ContentView::rebuild() {
     // What the panel covers is out of the keyboard's reach.
     const bool isCovered = state_.showSettings.value();
     list_->setFocusPolicy(isCovered ? Qt::NoFocus : Qt::TabFocus);
+    // First the panel, which remembers where the keyboard was.
+    presentations_->refresh(preferredScheme());
     if (isCovered && window()->focusWidget() == list_.get())
         setFocus();
-    presentations_->refresh(preferredScheme());
     update();
     Q_EMIT rebuilt();
 }

@@ -51,7 +51,7 @@ void SettingsOverlay::setPresented(bool isPresented, Motion motion) {
 // Back to where it was, before the toolkit gives the keyboard to whatever comes next.
 void SettingsOverlay::releaseFocus() {
     const QWidget* focused = window()->focusWidget();
-    if (!focused || !isAncestorOf(focused))
+    if (!focused || (focused != parentWidget() && !isAncestorOf(focused)))
         return;
     QWidget* before = focusBefore_ && focusBefore_->isVisible() ? focusBefore_.data() : parentWidget();
     before->setFocus(Qt::PopupFocusReason);

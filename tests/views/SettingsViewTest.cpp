@@ -75,6 +75,9 @@ TEST_F(SettingsViewTest, IsWorkedByKeyboardWhichTheListBelowDoesNotGet) {
     list().setFocus(Qt::TabFocusReason);
     show(true);
     EXPECT_FALSE(list().hasFocus());
+    show(false);
+    EXPECT_TRUE(list().hasFocus());
+    show(true);
     control("Close").setFocus(Qt::TabFocusReason);
     EXPECT_EQ(tabStops(4), QStringList({"50", "Start at Login", "Dark", "Search..."}));
     control("Dark").setFocus(Qt::TabFocusReason);
@@ -94,7 +97,7 @@ TEST_F(SettingsViewTest, IsWorkedByKeyboardWhichTheListBelowDoesNotGet) {
     EXPECT_TRUE(settings.launchAtLogin().value());
     press(Qt::Key_Escape);
     EXPECT_FALSE(state().showSettings.value());
-    EXPECT_TRUE(view.hasFocus());
+    EXPECT_TRUE(list().hasFocus());
     EXPECT_EQ(list().focusPolicy(), Qt::TabFocus);
     QWidget& menu = *view.findChild<SymbolButton*>();
     menu.setFocus(Qt::TabFocusReason);
