@@ -195,8 +195,9 @@ void FramelessWindow::hideEvent(QHideEvent* event) {
     }
     // Left to itself, a window manager may give the focus to another program.
     if (auto* owner = FramelessWindow::of(parentWidget())) {
-        owner->setSheet(nullptr);
-        owner->takeFocus();
+        if (owner->sheet_ == this)
+            owner->setSheet(nullptr);
+        (owner->sheet_ ? owner->sheet_.data() : owner)->takeFocus();
     }
     Q_EMIT closed();
 }

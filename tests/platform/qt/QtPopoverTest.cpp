@@ -156,9 +156,13 @@ TEST_F(QtPopoverTest, StaysForAMenuAndAHeldButtonAndClosesWhenTheFocusIsElsewher
 
 TEST_F(QtPopoverTest, LeavesInputToItsSheet) {
     show();
+    FramelessWindow earlier(*widget_);
     FramelessWindow sheet(*widget_);
-    sheet.setContentSize({100, 100});
-    sheet.presentSheet();
+    for (FramelessWindow* each : {&earlier, &sheet}) {
+        each->setContentSize({100, 100});
+        each->presentSheet();
+    }
+    earlier.close();
     QWidget& window = *widget_->window();
     QWidget* field = widget_->findChild<QLineEdit*>();
     const QPoint onField = field->mapTo(&window, QPoint(5, 5));
