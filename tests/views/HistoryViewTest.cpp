@@ -58,10 +58,6 @@ TEST_F(HistoryViewTest, PastesOnlyWhatWasPressedAndReleased) {
     add("arrived under the pointer");
     settle();
     release(middleOfRow(0));
-    press(middleOfRow(0));
-    click(0, Qt::RightButton);
-    openMenu()->close();
-    release(middleOfRow(0));
     QTest::mouseMove(list().viewport(), QPoint(344, 10));
     press({344, 10});  // the scroll bar's thumb
     drag(*list().viewport(), {344, 400});
