@@ -20,7 +20,7 @@ constexpr std::uint64_t cyclingFlags = eventFlags::command | eventFlags::control
 }  // namespace
 
 std::shared_ptr<CyclingPasteManager> CyclingPasteManager::create(HistoryManager& historyManager) {
-    const std::shared_ptr<CyclingPasteManager> manager(new CyclingPasteManager(historyManager));
+    std::shared_ptr<CyclingPasteManager> manager(new CyclingPasteManager(historyManager));
     manager->setupEventTap();
     return manager;
 }

@@ -150,7 +150,7 @@ RunningApplicationHandle resolveWithDelegate(FocusDelegate& delegate, const Runn
 }
 
 RunningApplicationHandle resolvePasteTarget() {
-    const auto frontmost = platform().workspace().frontmostApplication();
+    auto frontmost = platform().workspace().frontmostApplication();
     if (auto* const delegate = focusDelegate())
         return resolveWithDelegate(*delegate, frontmost);
     if (!isPasteTarget(frontmost))

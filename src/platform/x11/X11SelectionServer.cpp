@@ -154,6 +154,7 @@ void X11SelectionServer::announceTargets(const Owned& owned, xcb_window_t reques
 
 std::vector<xcb_atom_t> X11SelectionServer::textTargetAtoms() {
     std::vector<xcb_atom_t> atoms;
+    atoms.reserve(std::size(textTargets));
     for (const auto& known : textTargets)
         atoms.push_back(connection_.atom(known.target));
     return atoms;

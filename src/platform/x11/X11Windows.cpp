@@ -119,7 +119,7 @@ xcb_window_t receiverOfKeys(X11Connection& connection) {
 WindowNames namesOf(X11Connection& connection, xcb_window_t window) {
     WindowNames names;
     if (const auto both = connection.property(window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING)) {
-        names.instance = both->c_str();
+        names.instance = both->c_str();  // NOLINT(readability-redundant-string-cstr): as far as the first NUL
         if (names.instance.size() + 1 < both->size())
             names.windowClass = both->c_str() + names.instance.size() + 1;
     }
