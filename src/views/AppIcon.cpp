@@ -41,7 +41,7 @@ QPixmap applicationIcon(const std::string& bundleIdentifier, double ratio) {
 
 QPixmap appIcon(const std::optional<SharedText>& bundleIdentifier, ColorScheme scheme, double devicePixelRatio) {
     if (bundleIdentifier) {
-        const QPixmap icon = applicationIcon(bundleIdentifier->string(), devicePixelRatio);
+        QPixmap icon = applicationIcon(bundleIdentifier->string(), devicePixelRatio);
         if (!icon.isNull())
             return icon;
     }

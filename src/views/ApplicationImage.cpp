@@ -13,7 +13,7 @@ namespace brindle {
 
 QPixmap applicationImage(int points, double devicePixelRatio) {
     if (const auto path = platform().bundle().imageNamed("AppIcon")) {
-        const QPixmap image = imagePixmap(toQString(*path), points, devicePixelRatio);
+        QPixmap image = imagePixmap(toQString(*path), points, devicePixelRatio);
         if (!image.isNull())
             return image;
     }

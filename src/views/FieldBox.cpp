@@ -56,7 +56,7 @@ void FieldBox::paintEvent(QPaintEvent*) {
     const Role outline = field_.hasFocus() ? Role::accent : field_.underMouse() ? Role::inputHover : Role::border;
     strokeRounded(painter, box(), shape_.radius, 1, color(outline, scheme_));
     if (!shape_.symbol.empty())
-        drawSymbol(painter, QPointF(box().left() + shape_.padding, box().center().y() + 1 - symbolSize / 2),
+        drawSymbol(painter, QPointF(box().left() + shape_.padding, box().center().y() + 1 - symbolSize / 2.0),
                    shape_.symbol, symbolSize, color(Role::secondaryText, scheme_));
 }
 

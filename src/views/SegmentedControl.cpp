@@ -52,7 +52,7 @@ protected:
 };
 
 SegmentedControl::SegmentedControl(const QString& name, const std::vector<QString>& titles,
-                                   std::function<void(std::size_t)> choose, QWidget* parent)
+                                   const std::function<void(std::size_t)>& choose, QWidget* parent)
     : QWidget(parent) {
     setAccessible(*this, QAccessible::Grouping, name);
     setFixedSize(controlWidth, controlHeight);

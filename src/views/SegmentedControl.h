@@ -16,8 +16,8 @@ class SegmentedControl final : public QWidget {
     Q_OBJECT
 public:
     /// `choose` hears of every choice by mouse, key or assistive technology.
-    SegmentedControl(const QString& name, const std::vector<QString>& titles, std::function<void(std::size_t)> choose,
-                     QWidget* parent = nullptr);
+    SegmentedControl(const QString& name, const std::vector<QString>& titles,
+                     const std::function<void(std::size_t)>& choose, QWidget* parent = nullptr);
 
     void setColorScheme(ColorScheme scheme);
     void setChosen(std::optional<std::size_t> index);

@@ -6,6 +6,8 @@
 #include <QRectF>
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <numbers>
 #include <vector>
 
@@ -20,7 +22,7 @@ int reachOf(const SoftShadow& shadow) {
 }
 
 /// One value after the other becomes the mean of the `width` values around it; outside there is nothing.
-void blurLine(std::uint8_t* line, int length, int step, int width, std::vector<std::uint8_t>& copy) {
+void blurLine(std::uint8_t* line, int length, std::ptrdiff_t step, int width, std::vector<std::uint8_t>& copy) {
     for (int i = 0; i < length; ++i)
         copy[static_cast<std::size_t>(i)] = line[i * step];
     const auto at = [&](int i) { return i >= 0 && i < length ? copy[static_cast<std::size_t>(i)] : 0; };
@@ -36,13 +38,13 @@ void blurLine(std::uint8_t* line, int length, int step, int width, std::vector<s
 
 /// Three means in a row come close to a Gaussian.
 void blur(QImage& alpha, double sigma) {
-    const int width = std::max(1, static_cast<int>(sigma * 3 * std::sqrt(2 * std::numbers::pi) / 4 + 0.5)) | 1;
+    const int width = std::max(1, static_cast<int>(std::lround(sigma * 3 * std::sqrt(2 * std::numbers::pi) / 4))) | 1;
     std::vector<std::uint8_t> copy(static_cast<std::size_t>(std::max(alpha.width(), alpha.height())));
     for (int pass = 0; pass < 3; ++pass) {
         for (int y = 0; y < alpha.height(); ++y)
             blurLine(alpha.scanLine(y), alpha.width(), 1, width, copy);
         for (int x = 0; x < alpha.width(); ++x)
-            blurLine(alpha.bits() + x, alpha.height(), static_cast<int>(alpha.bytesPerLine()), width, copy);
+            blurLine(alpha.bits() + x, alpha.height(), alpha.bytesPerLine(), width, copy);
     }
 }
 

@@ -54,7 +54,7 @@ void SymbolButton::paint(QPainter& painter) {
     const auto state = static_cast<std::size_t>(look());
     if (drawn.fill[state])
         fillRounded(painter, rect(), drawn.radius, color(*drawn.fill[state], colorScheme()));
-    const QPointF corner((width() - drawn.symbolSize) / 2, (height() - drawn.symbolSize) / 2);
+    const QPoint corner((width() - drawn.symbolSize) / 2, (height() - drawn.symbolSize) / 2);
     drawSymbol(painter, corner, drawn.symbol, drawn.symbolSize, color(drawn.ink[state], colorScheme()));
     if (showsFocusRing())
         paintFocusRing(painter, rect(), drawn.radius, color(Role::focusRing, colorScheme()));
