@@ -65,20 +65,35 @@ std::unique_ptr<PopoverContent> makeContent(HistoryManager& history, ClipboardMo
     return std::make_unique<ContentPopover>(history, monitor, settings);
 }
 
+/// A variable of the environment as long as this lives; not for the programs that we start.
+class ScopedVariable {
+public:
+    ScopedVariable(const char* name, const char* value)
+        : name_(name), wasSet_(qEnvironmentVariableIsSet(name)), former_(qgetenv(name)) {
+        qputenv(name, value);
+    }
+    ~ScopedVariable() {
+        if (wasSet_)
+            qputenv(name_, former_);
+        else
+            qunsetenv(name_);
+    }
+    ScopedVariable(const ScopedVariable&) = delete;
+    ScopedVariable& operator=(const ScopedVariable&) = delete;
+
+private:
+    const char* name_;
+    bool wasSet_;
+    QByteArray former_;
+};
+
 /// Clipboard, tray, grabs and window placement are X11's (Xwayland's in a Wayland session). The arguments are not the
-/// toolkit's to read, and the choice is not for the programs that we start.
+/// toolkit's to read.
 std::unique_ptr<QApplication> makeToolkit(char** argv) {
-    constexpr const char* choice = "QT_QPA_PLATFORM";
-    const bool wasSet = qEnvironmentVariableIsSet(choice);
-    const QByteArray former = qgetenv(choice);
-    qputenv(choice, "xcb");
-    static int count = 1;  // the toolkit keeps a reference
-    auto application = std::make_unique<QApplication>(count, argv);
-    if (wasSet)
-        qputenv(choice, former);
-    else
-        qunsetenv(choice);
-    return application;
+    const ScopedVariable platform("QT_QPA_PLATFORM", "xcb");
+    const ScopedVariable loop("QT_NO_GLIB", "1");  // nothing here needs GLib's, which costs more at every wake-up
+    static int count = 1;                          // the toolkit keeps a reference
+    return std::make_unique<QApplication>(count, argv);
 }
 
 }  // namespace
@@ -92,7 +107,8 @@ int BrindleApp::run(char** argv) {
     }
     prepareToolkit();
     const auto application = makeToolkit(argv);
-    QApplication::setWindowIcon(QIcon::fromTheme(FreedesktopBundle::identifier));
+    // The icon theme is read when there is time for it: no window of the start shows this one.
+    QTimer::singleShot(0, [] { QApplication::setWindowIcon(QIcon::fromTheme(FreedesktopBundle::identifier)); });
     neverStartSessionBus();
     keepMemoryPrivateSoon();
     const auto desktop = X11Platform::create();

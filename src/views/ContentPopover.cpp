@@ -8,19 +8,24 @@ namespace brindle {
 
 ContentPopover::ContentPopover(HistoryManager& historyManager, ClipboardMonitor& clipboardMonitor,
                                SettingsManager& settingsManager)
-    : view_(new ContentView(historyManager, clipboardMonitor, settingsManager)), scheme_(view_->effectiveScheme()) {
-    QObject::connect(view_, &ContentView::rebuilt, view_, [this] {
-        const ColorScheme before = std::exchange(scheme_, view_->effectiveScheme());
-        if (before != scheme_)
-            schemeChanges_.emit();
-    });
-}
+    : makeView_([&historyManager, &clipboardMonitor, &settingsManager] {
+          return new ContentView(historyManager, clipboardMonitor, settingsManager);
+      }) {}
 
 ContentPopover::~ContentPopover() {
     delete view_;
 }
 
 QWidget& ContentPopover::widget() {
+    if (makeView_) {
+        view_ = std::exchange(makeView_, nullptr)();
+        scheme_ = view_->effectiveScheme();
+        QObject::connect(view_, &ContentView::rebuilt, view_, [this] {
+            const ColorScheme before = std::exchange(scheme_, view_->effectiveScheme());
+            if (before != scheme_)
+                schemeChanges_.emit();
+        });
+    }
     return *view_;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QPointer>
+#include <functional>
 
 #include "platform/qt/QtPopoverContent.h"
 
@@ -23,9 +24,10 @@ public:
     [[nodiscard]] Subscription onColorSchemeChange(std::function<void()> observer) override;
 
 private:
-    QPointer<ContentView> view_;  // a window that goes first takes it along
+    std::function<ContentView*()> makeView_;  // until there is one
+    QPointer<ContentView> view_;              // a window that goes first takes it along
     Signal<> schemeChanges_;
-    ColorScheme scheme_;
+    ColorScheme scheme_ = ColorScheme::dark;
 };
 
 }  // namespace brindle

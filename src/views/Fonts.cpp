@@ -6,6 +6,7 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <optional>
 
 #include "platform/qt/InterfaceFont.h"
 
@@ -62,13 +63,11 @@ Typeface makeTypeface(const Measure& wanted) {
 }
 
 const Typeface& typeface(TextStyle style) {
-    static const auto all = [] {
-        std::array<Typeface, styleCount> made;
-        for (std::size_t i = 0; i < styleCount; ++i)
-            made[i] = makeTypeface(measures[i]);
-        return made;
-    }();
-    return all[static_cast<std::size_t>(style)];
+    static std::array<std::optional<Typeface>, styleCount> made;
+    auto& wanted = made[static_cast<std::size_t>(style)];
+    if (!wanted)
+        wanted = makeTypeface(measure(style));
+    return *wanted;
 }
 
 }  // namespace

@@ -39,6 +39,7 @@ TEST_F(ContentViewTest, IsDarkOrLightByTheStoredThemeAndTheDesktopAndTellsThePop
     const ColorScheme dark = ColorScheme::dark;
     const ColorScheme light = ColorScheme::light;
     ContentPopover content(history, monitor, settings);
+    static_cast<void>(content.widget());
     int changes = 0;
     const Subscription subscription = content.onColorSchemeChange([&] { ++changes; });
     const auto expectScheme = [&](ColorScheme scheme, int changesUpToNow) {

@@ -102,7 +102,7 @@ FramelessWindow::FramelessWindow(WindowSystem& windowSystem) : FramelessWindow(w
 
 FramelessWindow::FramelessWindow(QWidget& owner) : FramelessWindow(windowSystemOf(owner), owner.window()) {
     if (auto* window = FramelessWindow::of(&owner))
-        connect(window, &FramelessWindow::closed, this, &QWidget::close);
+        connect(window, &FramelessWindow::closed, this, &QWidget::hide);
 }
 
 FramelessWindow::FramelessWindow(WindowSystem& windowSystem, QWidget* owner)
@@ -204,7 +204,7 @@ void FramelessWindow::hideEvent(QHideEvent* event) {
 
 void FramelessWindow::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Escape)
-        (sheet_ ? sheet_.data() : this)->close();
+        (sheet_ ? sheet_.data() : this)->hide();
     else
         QWidget::keyPressEvent(event);
 }

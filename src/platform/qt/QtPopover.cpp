@@ -34,6 +34,11 @@ const QScreen& screenAt(QPoint point) {
 }  // namespace
 
 QtPopover::QtPopover(WindowSystem& windowSystem) : window_(windowSystem) {
+    preparation_.setSingleShot(true);
+    preparation_.callOnTimeout([this] {
+        prepare();
+        window_.grab();  // the fonts, pictures and shadow that it takes to paint it
+    });
     focusLoss_.setInterval(lookInterval);
     focusLoss_.callOnTimeout([this] { closeUnlessFocused(); });
     QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, &window_,
@@ -54,12 +59,17 @@ void QtPopover::setContent(std::unique_ptr<PopoverContent> content) {
     if (!content_)
         return;
     static_cast<void>(content.release());  // it is content_ now
+    // The start waits for the icon and not for the view; the first opening finds both.
+    preparation_.start(0);
+}
+
+void QtPopover::prepare() {
+    if (colorScheme_ || !content_)
+        return;
     window_.setContent(content_->widget());
     window_.setColorScheme(content_->colorScheme());
     colorScheme_ = content_->onColorSchemeChange([this] { window_.setColorScheme(content_->colorScheme()); });
-    // The first opening then finds its window, and the fonts, pictures and shadow that it takes to paint it.
     window_.winId();
-    QTimer::singleShot(0, &window_, [this] { window_.grab(); });
 }
 
 bool QtPopover::isShown() const {
@@ -70,6 +80,7 @@ void QtPopover::show(Rect anchor, RectEdge /*preferredEdge*/) {
     const QRect place = toQRect(anchor);
     const QRect available = screenAt(place.center()).availableGeometry();
     focusLoss_.stop();
+    prepare();
     window_.moveContentTo(frameBesideAnchor(place, window_.contentFrame().size(), available).topLeft());
     window_.show();
     window_.raise();
@@ -77,7 +88,7 @@ void QtPopover::show(Rect anchor, RectEdge /*preferredEdge*/) {
 
 void QtPopover::performClose() {
     focusLoss_.stop();
-    window_.close();
+    window_.hide();  // a closed window loses the server's part of it, which the next opening would have to make again
 }
 
 std::optional<Rect> QtPopover::windowFrame() const {

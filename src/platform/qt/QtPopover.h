@@ -28,10 +28,12 @@ public:
     void makeKeyWindow() override;
 
 private:
+    void prepare();  ///< the content is in the window afterwards, if there is one
     void followFocus(const QWindow* focused);
     void closeUnlessFocused();
 
     FramelessWindow window_;
+    QTimer preparation_;       ///< runs from the content's coming until the loop has time for it
     QTimer focusLoss_;         ///< runs while no window of the program has the focus
     QElapsedTimer sinceHold_;  ///< since the focus went, or the last look that found something holding the popover
     bool isTransient_ = false;
