@@ -274,6 +274,7 @@ class Desktop:
 
 def write_store(path, **values):
     store = sqlite3.connect(path)
+    store.execute("PRAGMA page_size = 16384")
     store.execute("CREATE TABLE defaults (key TEXT PRIMARY KEY NOT NULL, value ANY NOT NULL) STRICT, WITHOUT ROWID")
     store.execute("PRAGMA user_version = 1")
     store.executemany("INSERT INTO defaults VALUES (?, ?)", values.items())

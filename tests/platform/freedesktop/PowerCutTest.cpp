@@ -38,7 +38,7 @@ TEST(PowerCutTest, TakesNothingThatHadBeenWritten) {
         const LogLines log;
         int returned = 0;
         {
-            const PowerCut power(1 + static_cast<int>(random() % (cut % 2 == 0 ? 60 : 6000)), cut);
+            const PowerCut power(1 + static_cast<int>(random() % (cut % 2 == 0 ? 60 : 1500)), cut);
             returned = writeUntil(power, before.path());
             power.restore(after.path());
         }
