@@ -44,6 +44,8 @@ X11Workspace::X11Workspace(X11Connection& connection, const DesktopEntryIndex& i
         timer->setSingleShot(true);
         timer->setTimerType(Qt::PreciseTimer);
     }
+    look_.setInterval(milliseconds(lookInterval));
+    connect(&look_, &QTimer::timeout, this, [this] { updateActive(); });
     connect(&settling_, &QTimer::timeout, this, [this] { settle(); });
     connect(&activationEnd_, &QTimer::timeout, this, [this] { endActivation(); });
     connect(&handOver_, &QTimer::timeout, this, [this] {
@@ -127,6 +129,10 @@ void X11Workspace::updateManager() {
     if (manager_ != XCB_WINDOW_NONE)
         connection_.selectEvents(manager_, XCB_EVENT_MASK_STRUCTURE_NOTIFY);
     isManagerTelling_ = x11::managerSupports(connection_, activeProperty);
+    if (isManagerTelling_)
+        look_.stop();
+    else if (!look_.isActive())
+        look_.start();
     updateActive();
 }
 
@@ -148,7 +154,7 @@ void X11Workspace::settle() {
 
 // Some window managers go on reporting a window that has left the screen.
 X11Workspace::Handle X11Workspace::shownActive() const {
-    const auto window = isManagerTelling_ ? x11::activeWindow(connection_) : xcb_window_t{XCB_WINDOW_NONE};
+    const auto window = x11::activeWindow(connection_);
     return x11::isShown(connection_, window) ? makeHandle(window) : nullptr;
 }
 
@@ -228,8 +234,11 @@ std::optional<std::string> X11Workspace::identifierOf(xcb_window_t window) const
 bool X11Workspace::activate(const X11RunningApplication& application) {
     if (!x11::exists(connection_, application.window()))
         return false;
-    if (!isManagerTelling_)
-        return focus(application.window());
+    if (!isManagerTelling_) {
+        const bool isFocused = focus(application.window());
+        updateActive();
+        return isFocused;
+    }
     // Some window managers would take the focus away from it and give it back, in the middle of a paste.
     if (const auto front = shownActive(); front && front->window() == application.window())
         return true;

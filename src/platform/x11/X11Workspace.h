@@ -16,7 +16,8 @@ class Bundle;
 class DesktopEntryIndex;
 
 /// The windows of the desktop as applications. Without a window manager that reports the active window the one with
-/// the input focus is in front; it is looked up when somebody asks, and nobody is notified.
+/// the input focus is in front, or the one under the pointer where the focus follows it; of its changes nobody tells,
+/// so it is looked up when somebody asks and every `lookInterval`.
 class X11Workspace : public QObject, public Workspace {
     Q_OBJECT
 
@@ -26,6 +27,7 @@ public:
     /// Seconds from the end of a window of ours until the window that came after it counts as the user's choice. A
     /// paste names its own 0.08 s after it has closed the popover.
     static constexpr double handOverTime = 0.1;
+    static constexpr double lookInterval = 0.1;  ///< seconds
 
     X11Workspace(X11Connection& connection, const DesktopEntryIndex& index, const Bundle& bundle);
     ~X11Workspace() override;
@@ -78,6 +80,7 @@ private:
     Handle active_;
     bool isUnannounced_ = false;
     bool isAfterOurs_ = false;  // the window in front came after one of ours
+    QTimer look_;
     QTimer settling_;
     std::optional<Activation> activation_;
     QTimer activationEnd_;

@@ -232,9 +232,12 @@ TEST_F(X11WorkspaceTest, DoesWithoutAWindowManagerAndNoticesOne) {
     second.show();
     first.focus();
     EXPECT_EQ(front(), first.id());
+    EXPECT_TRUE(await([&] { return !noticed_.empty(); }));
     const auto handle = workspace_->frontmostApplication();
     second.focus();
     EXPECT_EQ(front(), second.id());
+    EXPECT_TRUE(await([&] { return noticed_.size() == 2; }));
+    EXPECT_THAT(noticed_, ElementsAre(first.id(), second.id()));
     EXPECT_TRUE(handle->activate());
     EXPECT_EQ(front(), first.id());
     first.hide();
