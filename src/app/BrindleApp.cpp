@@ -49,7 +49,7 @@ void logMissingServer() {
     if (isWaylandSession())
         log("Brindle needs X11, and this Wayland session has no Xwayland that answers.");
     else
-        log("Brindle needs an X server, and none answers at DISPLAY=" + qEnvironmentVariable("DISPLAY").toStdString());
+        log("Brindle needs an X server, and none answers at DISPLAY=" + qgetenv("DISPLAY").toStdString());
 }
 
 void prepareToolkit() {

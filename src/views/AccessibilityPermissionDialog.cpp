@@ -20,6 +20,7 @@ constexpr QPoint instructionPlace(48, 193);
 constexpr int instructionWidth = 384;
 constexpr int gap = 20;
 constexpr int handHeight = 48;
+constexpr int handRise = 2;  // brings the picture, which hangs low in its line, to the middle
 constexpr int iconLeft = 200;
 constexpr QRect buttonPlace(64, 520, 352, 48);
 
@@ -40,7 +41,7 @@ AccessibilityPermissionDialog::AccessibilityPermissionDialog(std::function<void(
     const int instructionHeight = instruction_.heightForWidth(instructionWidth);
     instruction_.setGeometry({instructionPlace, QSize(instructionWidth, instructionHeight)});
     const int handTop = instructionPlace.y() + instructionHeight + gap;
-    hand_.setGeometry(0, handTop, width(), handHeight);
+    hand_.setGeometry(0, handTop - handRise, width(), handHeight);
     icon_.move(QPoint(iconLeft, handTop + handHeight + gap) - QPoint(room, room));
     done_.setGeometry(buttonPlace);
     connect(&done_, &PushButton::clicked, this, &AccessibilityPermissionDialog::openSettings);

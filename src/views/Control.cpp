@@ -41,6 +41,12 @@ void Control::focusInEvent(QFocusEvent* event) {
     QAbstractButton::focusInEvent(event);
 }
 
+/// The release of a button that is down goes elsewhere.
+void Control::hideEvent(QHideEvent* event) {
+    setDown(false);
+    QAbstractButton::hideEvent(event);
+}
+
 void Control::keyPressEvent(QKeyEvent* event) {
     const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     const bool isArrow = event->key() >= Qt::Key_Left && event->key() <= Qt::Key_Down;

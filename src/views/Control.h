@@ -31,6 +31,7 @@ protected:
 
     void paintEvent(QPaintEvent* event) final;
     void focusInEvent(QFocusEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
 

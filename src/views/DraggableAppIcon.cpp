@@ -32,6 +32,8 @@ QPixmap icon(double ratio) {
 DraggableAppIcon::DraggableAppIcon(QWidget* parent) : QWidget(parent) {
     constexpr int side = iconSize + 2 * shadowRoom;
     setFixedSize(side, side);
+    if (icon(devicePixelRatioF()).isNull())
+        return;
     setAccessible(*this, QAccessible::Graphic, QStringLiteral("Brindle"));
     setCursor(Qt::OpenHandCursor);
 }

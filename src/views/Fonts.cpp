@@ -36,7 +36,7 @@ constexpr std::array<Measure, styleCount> measures = {{
     {12, QFont::Normal, 16},
     {12, QFont::Medium, 16},
     {14, QFont::Medium, 17},
-    {40, QFont::Normal, 48},
+    {47, QFont::Normal, 48},  // the emoji font's pictures are 109/128 of their pixel size: 40 points
     {13, QFont::Normal, 16, Face::monospaced},
 }};
 

@@ -26,6 +26,7 @@ QMenu* HistoryItemRow::makeMenu(QWidget* parent) const {
     menu->addMenu(lists);
     for (const CustomList& list : historyManager_.customLists().value())
         lists->addAction(menuTitle(toQString(list.name)), menu, [row = *this, id = list.id] { row.moveItem(id); });
+    lists->menuAction()->setEnabled(!lists->isEmpty());
     return menu;
 }
 

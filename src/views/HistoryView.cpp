@@ -12,6 +12,14 @@
 
 namespace brindle {
 
+namespace {
+
+// Points; the ring around a list that has no row to show it on.
+constexpr int ringInset = 4;
+constexpr double ringRadius = 8;
+
+}  // namespace
+
 HistoryView::HistoryView(HistoryManager& historyManager, ClipboardMonitor& clipboardMonitor,
                          const Published<std::string>& searchText, HistoryFilter filter,
                          Published<bool>& isSearchFocused, Published<bool>& showAccessibilityDialog, QWidget* parent)
@@ -44,7 +52,11 @@ void HistoryView::setColorScheme(ColorScheme scheme) {
 }
 
 void HistoryView::refresh() {
+    const auto focused = focusedRow();
     filtered_.update(historyManager_.history().value(), filter_, searchText_.value());
+    // The keyboard stays at its place when the entry there goes.
+    if (focused && !focusedRow() && !filteredItems().empty())
+        focusedId_ = filteredItems()[std::min(*focused, filteredItems().size() - 1)].id;
     heights_.rebuild(filteredItems());
     updateScrollRange();
     if (!(filter_ == shownFilter_) || searchText_.value() != shownSearchText_)
@@ -101,6 +113,9 @@ void HistoryView::paintEvent(QPaintEvent* event) {
         ++*index;
     }
     scrollBar_.paint(painter, scheme_);
+    if (filteredItems().empty() && hasFocus() && ring_.isShown())
+        paintFocusRing(painter, viewport()->rect().adjusted(ringInset, ringInset, -ringInset, -ringInset), ringRadius,
+                       color(Role::focusRing, scheme_));
 }
 
 void HistoryView::resizeEvent(QResizeEvent*) {

@@ -43,8 +43,9 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
-    /// Quick clicks are single ones; a scroll area of the toolkit would drop every second.
-    void mouseDoubleClickEvent(QMouseEvent* event) override { mousePressEvent(event); }
+    /// Quick clicks are single ones; a scroll area of the toolkit would drop every second. Not so the second of two of
+    /// which the first was for something that stood here before.
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void hideEvent(QHideEvent* event) override;
@@ -83,6 +84,7 @@ private:
 
     // Rows are remembered by their entries: the list may change under the pointer.
     std::optional<QPoint> pointer_;
+    std::optional<quint64> pressTime_;  ///< of the last press here, by the events' clock, in milliseconds
     std::optional<Uuid> pressedId_;
     std::optional<Uuid> focusedId_;
     std::optional<Uuid> menuId_;

@@ -1,10 +1,12 @@
 #include <QAccessible>
 #include <QFocusEvent>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPointer>
 #include <QScrollBar>
+#include <QStyleHints>
 #include <QWheelEvent>
 #include <algorithm>
 #include <cmath>
@@ -28,6 +30,7 @@ constexpr double notchAngle = 120;
 void HistoryView::mousePressEvent(QMouseEvent* event) {
     const QPoint position = event->position().toPoint();
     pointer_ = position;
+    pressTime_ = event->timestamp();
     ring_.clicked();
     if (event->button() == Qt::LeftButton) {
         if (!scrollBar_.press(position))
@@ -37,6 +40,12 @@ void HistoryView::mousePressEvent(QMouseEvent* event) {
             openMenu(*index, event->globalPosition().toPoint());
     }
     viewport()->update();
+}
+
+void HistoryView::mouseDoubleClickEvent(QMouseEvent* event) {
+    const auto interval = static_cast<quint64>(QGuiApplication::styleHints()->mouseDoubleClickInterval());
+    if (pressTime_ && event->timestamp() - *pressTime_ <= interval)
+        mousePressEvent(event);
 }
 
 void HistoryView::mouseMoveEvent(QMouseEvent* event) {

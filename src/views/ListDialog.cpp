@@ -1,5 +1,7 @@
 #include "views/ListDialog.h"
 
+#include <QGuiApplication>
+#include <QInputMethod>
 #include <QKeyEvent>
 #include <QPainter>
 #include <algorithm>
@@ -130,6 +132,7 @@ void ListDialog::cancel() {
 void ListDialog::act() {
     if (!isPresented_.value())
         return;
+    QGuiApplication::inputMethod()->commit();  // a click on the button leaves what is being composed in the field
     isPresented_ = false;
     action_();
 }

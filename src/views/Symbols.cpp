@@ -70,7 +70,16 @@ double devicePixelRatio(const QPainter& painter) {
 QPixmap imagePixmap(const QString& path, int points, double devicePixelRatio) {
     if (path.endsWith(".svg"))
         return renderSvg(path, points, devicePixelRatio);
-    return QIcon(path).pixmap(QSize(points, points), devicePixelRatio);
+    const QPixmap found = QIcon(path).pixmap(QSize(points, points), devicePixelRatio);
+    if (found.isNull())
+        return {};
+    // An icon of the toolkit's is never larger than its picture.
+    QPixmap pixmap = clearPixmap(points, devicePixelRatio);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    const QSizeF size = found.deviceIndependentSize().scaled(points, points, Qt::KeepAspectRatio);
+    painter.drawPixmap(QRectF(QPointF(points - size.width(), points - size.height()) / 2, size), found, found.rect());
+    return pixmap;
 }
 
 }  // namespace brindle

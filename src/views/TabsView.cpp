@@ -158,7 +158,9 @@ void TabsView::scrollBy(double points) {
 }
 
 void TabsView::reveal(const QWidget& item) {
-    const int tooFarRight = item.x() + item.width() + sidePadding - width();
+    // With the last tab comes the button, which would otherwise be cut.
+    const QWidget& last = &item == tabs_.back().button ? addButton_ : item;
+    const int tooFarRight = last.x() + last.width() + sidePadding - width();
     const int tooFarLeft = item.x() - sidePadding;
     if (tooFarRight > 0)
         scrollBy(std::min(tooFarRight, tooFarLeft));

@@ -58,6 +58,9 @@ bool TabsView::eventFilter(QObject* watched, QEvent* event) {
         case QEvent::FocusIn:
             reveal(item);
             return false;
+        case QEvent::Hide:
+            drag_.reset();
+            return false;
         default:
             return false;
     }

@@ -66,10 +66,15 @@ void TextField::paintEvent(QPaintEvent* event) {
     QLineEdit::paintEvent(event);
     if (!isCaretShown_ || hasSelectedText())
         return;
-    const int offset = text().isEmpty() ? -inset : 1;
+    const int offset = text().isEmpty() && !isComposing_ ? -inset : 1;
     QPainter painter(this);
     painter.fillRect(cursorRect().left() + caretMargin + offset, (height() - caretHeight) / 2, 1, caretHeight,
                      accentColor());
+}
+
+void TextField::inputMethodEvent(QInputMethodEvent* event) {
+    isComposing_ = !event->preeditString().isEmpty();
+    QLineEdit::inputMethodEvent(event);
 }
 
 void TextField::keyPressEvent(QKeyEvent* event) {

@@ -25,6 +25,7 @@ Q_SIGNALS:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void inputMethodEvent(QInputMethodEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
@@ -41,6 +42,7 @@ private:
     Subscription blinking_;
     ColorScheme scheme_ = ColorScheme::dark;
     bool isCaretShown_ = false;
+    bool isComposing_ = false;
 };
 
 }  // namespace brindle

@@ -7,6 +7,7 @@
 #include <QPainterPath>
 #include <QScreen>
 #include <QWindow>
+#include <algorithm>
 #include <cmath>
 
 #include "platform/qt/Placement.h"
@@ -151,7 +152,11 @@ void FramelessWindow::presentSheet() {
     const QScreen* place = owner != nullptr ? owner->screen() : screen();
     QRect frame(QPoint(), contentSize_);
     frame.moveCenter(around.center());
-    moveContentTo(frameOnScreen(frame, place->availableGeometry()).topLeft());
+    frame = frameOnScreen(frame, place->availableGeometry());
+    // A sheet that is higher than its owner leaves nothing of it to be seen above or below.
+    if (frame.height() > around.height())
+        frame.moveTop(std::clamp(frame.top(), around.bottom() - frame.height() + 1, around.top()));
+    moveContentTo(frame.topLeft());
     show();
     takeFocus();
 }

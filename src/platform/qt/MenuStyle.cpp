@@ -62,6 +62,8 @@ public:
         const auto* menu = qobject_cast<const QMenu*>(widget);
         if (element == CE_MenuItem && item != nullptr && menu != nullptr)
             drawItem(*painter, *item, *menu);
+        else if (element == CE_MenuScroller)
+            drawScroller(*painter, *option);
         else if (element != CE_MenuEmptyArea)
             QCommonStyle::drawControl(element, option, painter, widget);
     }
@@ -135,6 +137,15 @@ private:
         const bool isDestructive = action != nullptr && action->property(destructiveProperty).toBool();
         const QColor text = isDestructive ? colors_.destructive : colors_.text;
         drawTexts(painter, item, isChosen ? QColor(Qt::white) : text);
+    }
+
+    void drawScroller(QPainter& painter, const QStyleOption& option) const {
+        const double sign = option.state.testFlag(State_DownArrow) ? 1 : -1;
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(QPen(colors_.text, 1.5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        const QPointF middle = QRectF(option.rect).center();
+        painter.drawPolyline(QPolygonF({middle + QPointF(-3.5, -1.75 * sign), middle + QPointF(0, 1.75 * sign),
+                                        middle + QPointF(3.5, -1.75 * sign)}));
     }
 
     void drawTexts(QPainter& painter, const QStyleOptionMenuItem& item, const QColor& color) const {
