@@ -48,14 +48,6 @@ TEST(DesktopEntry, IsNoneForWhatIsNoApplication) {
     EXPECT_FALSE(parseDesktopEntry(longest + 'a', ""));
 }
 
-TEST(DesktopEntry, StandsAnyBytes) {
-    const std::string seed("[Desktop Entry]\nType=Application\nName[\xFF@=x]\nName[]=\\\nName=\\\\\\\n\0=\0\n=\n[", 70);
-    for (std::size_t from = 0; from < seed.size(); ++from) {
-        for (std::size_t size = 0; size <= seed.size() - from; ++size)
-            (void)parseDesktopEntry(std::string(seed, from, size), "@._@");
-    }
-}
-
 using testing::Optional;
 using testing::StrEq;
 
@@ -78,14 +70,10 @@ protected:
 TEST_F(DesktopEntryIndexTest, KnowsTheUsualApplicationsByTheirWindows) {
     const std::pair<const char*, const char*> installed[] = {
         {"debian-xterm", "XTerm"},
-        {"debian-uxterm", "UXTerm"},
-        {"xfce4-terminal", "xfce4-terminal"},
         {"org.kde.konsole", "konsole"},
         {"org.xfce.mousepad-settings", "mousepad\nNoDisplay=true"},
         {"org.xfce.mousepad", "mousepad"},
         {"org.gnome.TextEditor", ""},
-        {"featherpad", ""},
-        {"libreoffice-startcenter", "libreoffice-startcenter"},
         {"libreoffice-writer", "libreoffice-writer"},
         {"chromium", "chromium"},
         {"firefox-esr", "Firefox-esr"},
@@ -94,11 +82,9 @@ TEST_F(DesktopEntryIndexTest, KnowsTheUsualApplicationsByTheirWindows) {
         add(std::string("system/applications/") + name + ".desktop", std::string("StartupWMClass=") + wmClass + "\n");
     const std::vector<std::pair<WindowNames, std::string>> table = {
         {{"xterm", "XTerm", ""}, "debian-xterm"},
-        {{"xfce4-terminal", "Xfce4-terminal", ""}, "xfce4-terminal"},
         {{"konsole", "konsole", ""}, "org.kde.konsole"},
         {{"mousepad", "Mousepad", "org.xfce.mousepad"}, "org.xfce.mousepad"},
         {{"gnome-text-editor", "gnome-text-editor", "org.gnome.TextEditor"}, "org.gnome.TextEditor"},
-        {{"featherpad", "FeatherPad", ""}, "featherpad"},
         {{"libreoffice", "libreoffice-writer", "org.libreoffice"}, "libreoffice-writer"},
         {{"chromium (/tmp/x)", "Chromium", ""}, "chromium"},
         {{"Navigator", "firefox-esr", ""}, "firefox-esr"},
