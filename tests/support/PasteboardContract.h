@@ -11,23 +11,18 @@
 namespace brindle {
 
 /// A pasteboard and the desktop around it, real or simulated.
-class PasteboardWorld {
-public:
-    virtual ~PasteboardWorld() = default;
-    virtual Pasteboard& pasteboard() = 0;
-    /// Another program puts a text there.
-    virtual void copyAsOther(const std::string& text) = 0;
-    /// Another program puts something there that is no text.
-    virtual void copyImageAsOther() = 0;
-    /// Another program pastes.
-    virtual std::optional<std::string> pasteAsOther() = 0;
+struct PasteboardWorld {
+    Pasteboard& pasteboard;
+    std::function<void(const std::string&)> copyAsOther;
+    std::function<void()> copyImageAsOther;
+    std::function<std::optional<std::string>()> pasteAsOther;
     /// Lets the desktop go on until the condition holds; gives up after a while.
-    virtual void settle(const std::function<bool()>& until) = 0;
+    std::function<void(const std::function<bool()>&)> settle;
 };
 
 /// What every pasteboard must do, starting from an empty one.
-inline void checkPasteboardContract(PasteboardWorld& world) {
-    auto& pasteboard = world.pasteboard();
+inline void checkPasteboardContract(const PasteboardWorld& world) {
+    auto& pasteboard = world.pasteboard;
     const auto text = [&] { return pasteboard.string() ? pasteboard.string()->string() : "(none)"; };
     const auto arrives = [&](std::int64_t count) {
         world.settle([&] { return pasteboard.changeCount() >= count; });

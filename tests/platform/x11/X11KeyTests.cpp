@@ -1,9 +1,7 @@
 #include <gmock/gmock.h>
-#include <xcb/xinput.h>
 #include <xcb/xtest.h>
 
 #include <array>
-#include <cstring>
 
 #include "platform/StatusBar.h"
 #include "platform/x11/X11EventTaps.h"
@@ -18,7 +16,6 @@ namespace {
 using testing::ElementsAre;
 
 constexpr unsigned shift = XCB_MOD_MASK_SHIFT;
-constexpr unsigned lock = XCB_MOD_MASK_LOCK;
 constexpr unsigned control = XCB_MOD_MASK_CONTROL;
 constexpr unsigned superMask = XCB_MOD_MASK_4;
 constexpr std::uint32_t popoverModifiers = hotKeyModifiers::command | hotKeyModifiers::shift;
@@ -104,80 +101,47 @@ protected:
     int tapped_ = 0;
 };
 
-TEST_F(X11KeyTest, HotKeyFiresOncePerPressWhateverTheLocks) {
-    ASSERT_EQ(registerHotKey(), noError);
-    int expected = 0;
-    for (const auto lockKey : {xcb_keycode_t{0}, keyCapsLock, keyNumLock}) {
-        if (lockKey != 0)
-            hands_.tap(lockKey);
-        hands_.chord({keySuperLeft, keyShiftRight, keyV});
-        ++expected;
-        EXPECT_TRUE(await([&] { return fired_ == expected; }));
-        if (lockKey != 0)
-            hands_.tap(lockKey);
+TEST_F(X11KeyTest, HotKeyFiresOncePerPressWhateverTheLocksUnlessAnotherProgramHoldsItWithOne) {
+    {
+        Rival rival;
+        EXPECT_TRUE(rival.grab(superMask | shift | XCB_MOD_MASK_LOCK));
+        EXPECT_EQ(registerHotKey(), XCB_ACCESS);
+        EXPECT_TRUE(await([&] { return rival.canGrab(superMask | shift); }));
     }
+    ASSERT_EQ(registerHotKey(), noError);
+    for (int i = 1; i <= 3; ++i) {
+        hands_.chord({keySuperLeft, keyShiftRight, keyV});
+        EXPECT_TRUE(await([&] { return fired_ == i; }));
+        hands_.tap(i == 1 ? keyCapsLock : keyNumLock);
+    }
+    hands_.tap(keyCapsLock);
     hands_.chord({keySuperLeft, keyShiftLeft, keyControlLeft, keyV});
     EXPECT_THAT(seen(), ElementsAre(OtherWindow::Key{true, keyV, shift | control | superMask}));
     hotKeys_.unregisterHotKey(hotKey_);
     hands_.chord({keySuperLeft, keyShiftLeft, keyV});
     EXPECT_EQ(seen().size(), 1U);
-    EXPECT_EQ(fired_, expected);
-}
-
-TEST_F(X11KeyTest, HeldHotKeyFiresOnceAndTypesNothing) {
-    ASSERT_EQ(registerHotKey(), noError);
-    int repeats = 0;
-    const auto presses = connection_->onEvent(XCB_KEY_PRESS, [&](const auto&) { ++repeats; });
-    hands_.press({keySuperLeft, keyShiftLeft, keyV});
-    EXPECT_TRUE(await([&] { return repeats > 5; }));
-    hands_.release({keyShiftLeft, keySuperLeft});
-    const int before = repeats;
-    EXPECT_TRUE(await([&] { return repeats > before + 3; }));
-    hands_.release(keyV);
-    hands_.tap(keyA);
-    EXPECT_EQ(seen(keyA).size(), 1U);
-    EXPECT_TRUE(target_.presses(keyV).empty());
-    EXPECT_EQ(fired_, 1);
-}
-
-TEST_F(X11KeyTest, WhatAnotherProgramHoldsIsRefusedAHotKeyWholeAndATapAsFarAsItIsBare) {
-    {
-        Rival rival;
-        EXPECT_TRUE(rival.grab(superMask | shift | lock));
-        EXPECT_EQ(registerHotKey(), XCB_ACCESS);
-        EXPECT_EQ(hotKey_, 7U);
-        EXPECT_TRUE(await([&] { return rival.canGrab(superMask | shift); }));
-    }
-    EXPECT_EQ(registerHotKey(), noError);
-    EXPECT_FALSE(Rival().canGrab(superMask | shift));
-
-    Rival rival;
-    EXPECT_TRUE(rival.grab(control | superMask | shift));
-    EXPECT_TRUE(tap());
-    EXPECT_TRUE(await([&] { return rival.grab(control | superMask); }));  // the server has seen that tap's end
-    EXPECT_FALSE(tap());
+    EXPECT_EQ(fired_, 3);
 }
 
 TEST_F(X11KeyTest, TapTakesTheCombinationWithAnyOtherModifierAndItsRepeats) {
+    Rival rival;
+    EXPECT_TRUE(rival.grab(control | superMask | shift));
     const auto taken = tap();
-    for (const auto& others : std::vector<std::vector<xcb_keycode_t>>{
-             {}, {keyShiftLeft}, {keyAltLeft}, {keyShiftRight, keyAltLeft}, {keyNumLock}, {keyCapsLock}}) {
+    ASSERT_TRUE(taken) << "what another program holds costs no more than that";
+    for (const auto& others :
+         std::vector<std::vector<xcb_keycode_t>>{{}, {keyAltLeft}, {keyShiftRight, keyAltLeft}, {keyNumLock}}) {
         tapped_ = 0;
         std::vector<xcb_keycode_t> keys = others;
         keys.insert(keys.end(), {keyControlRight, keySuperLeft, keyV});
         hands_.chord(keys);
         EXPECT_TRUE(await([&] { return tapped_ == 1; })) << tapped_;
-        for (const auto lockKey : {keyNumLock, keyCapsLock}) {
-            if (others == std::vector{lockKey})
-                hands_.tap(lockKey);
-        }
     }
+    hands_.tap(keyNumLock);
     tapped_ = 0;
     hands_.press({keyControlLeft, keySuperLeft, keyV});
     EXPECT_TRUE(await([&] { return tapped_ > 5; }));
     hands_.release({keyV, keySuperLeft, keyControlLeft});
     EXPECT_TRUE(target_.presses(keyV).empty());
-
     hands_.chord({keySuperLeft, keyV});
     hands_.chord({keyControlLeft, keyV});
     EXPECT_TRUE(await([&] { return target_.presses(keyV).size() == 2; }));
@@ -185,33 +149,27 @@ TEST_F(X11KeyTest, TapTakesTheCombinationWithAnyOtherModifierAndItsRepeats) {
 
 TEST_F(X11KeyTest, LayoutsMoveTheKey) {
     const auto taken = tap();
-    struct Case {
-        const char* layout;
-        xcb_keycode_t key;
-    };
-    for (const auto& each : {Case{"us(dvorak)", 60},
-                             {"us", keyV},
-                             {"ru", keyV},
-                             {"us(dvorak),ru", 60},
-                             {"fr", keyV},
-                             {"ru,us(dvorak)", 60},
-                             {"us", keyV}}) {
-        SCOPED_TRACE(each.layout);
-        setLayout(each.layout);
-        EXPECT_TRUE(
-            await([&] { return keyboard_.vKey() == each.key && !Rival().canGrab(control | superMask, each.key); }));
+    const std::pair<const char*, xcb_keycode_t> layouts[] = {{"us(dvorak)", keyDvorakV},
+                                                             {"ru", keyV},
+                                                             {"us(dvorak),ru", keyDvorakV},
+                                                             {"ru,us(dvorak)", keyDvorakV},
+                                                             {"us", keyV}};
+    for (const auto& [layout, key] : layouts) {
+        SCOPED_TRACE(layout);
+        setLayout(layout);
+        EXPECT_TRUE(await([&] { return keyboard_.vKey() == key && !Rival().canGrab(control | superMask, key); }));
         tapped_ = 0;
-        hands_.chord({keyControlLeft, keySuperLeft, each.key});
+        hands_.chord({keyControlLeft, keySuperLeft, key});
         EXPECT_TRUE(await([&] { return tapped_ == 1; }));
         target_.forgetKeys();
         paste();
-        EXPECT_THAT(seen(each.key), ElementsAre(OtherWindow::Key{true, each.key, control}));
+        EXPECT_THAT(seen(key), ElementsAre(OtherWindow::Key{true, key, control}));
     }
 }
 
 TEST_F(X11KeyTest, SwitchingBetweenLayoutsMovesTheKeyOfFingersAndTheChordStaysReadable) {
     setLayout("us,us(dvorak)");
-    const std::array places{keyV, xcb_keycode_t{60}};
+    const std::array places{keyV, keyDvorakV};
     for (std::size_t i = 0; i < 4; ++i) {
         EXPECT_TRUE(await([&] { return keyboard_.vKey() == places[i % 2]; }));
         target_.forgetKeys();
@@ -229,15 +187,14 @@ TEST_F(X11KeyTest, SwitchingBetweenLayoutsMovesTheKeyOfFingersAndTheChordStaysRe
 TEST_F(X11KeyTest, AKeyboardWithALayoutOfItsOwnKeepsItsCombinationAndTheChordItsKeys) {
     const auto taken = tap();
     const auto setOwnLayout = [&](const char* layout) {
-        EXPECT_EQ(QProcess::execute("setxkbmap", {"-device", QString::number(hands_.keyboard()), "-layout", layout}),
-                  0);
+        QProcess::execute("setxkbmap", {"-device", QString::number(hands_.keyboard()), "-layout", layout});
     };
     setOwnLayout("us(dvorak)");
-    for (int i = 1; i <= 5; ++i) {
+    for (int i = 1; i <= 2; ++i) {
         hands_.press(keyControlLeft);  // the core keyboard takes the layout over
-        EXPECT_TRUE(await([&] { return keyboard_.vKey() == 60; }));
+        EXPECT_TRUE(await([&] { return keyboard_.vKey() == keyDvorakV; }));
         hands_.press(keySuperLeft);
-        hands_.tap(60);
+        hands_.tap(keyDvorakV);
         EXPECT_TRUE(await([&] { return tapped_ == i; }));
         paste();
         EXPECT_THAT(seen(), ElementsAre(OtherWindow::Key{true, keyV, control}));
@@ -248,36 +205,29 @@ TEST_F(X11KeyTest, AKeyboardWithALayoutOfItsOwnKeepsItsCombinationAndTheChordIts
 }
 
 TEST_F(X11KeyTest, PastesOnceWhateverFingersHold) {
-    struct Case {
-        std::vector<xcb_keycode_t> held;
-        unsigned locks = 0;
-    };
-    for (const auto& each : std::vector<Case>{{{}},
-                                              {{keyControlLeft}},
-                                              {{keyControlRight, keySuperLeft}},
-                                              {{keyShiftLeft, keySuperLeft}},
-                                              {{keyControlLeft, keySuperLeft, keyV}},
-                                              {{keyAltLeft, keyShiftRight, keyControlRight, keySuperLeft, keyV}},
-                                              {{keyCapsLock}, lock}}) {
-        hands_.press(each.held);
-        if (!each.held.empty())
-            seen(each.held.back());
-        for (int i = 0; i < 20; ++i) {
+    for (const auto& held :
+         std::vector<std::vector<xcb_keycode_t>>{{},
+                                                 {keyControlLeft},
+                                                 {keyShiftLeft, keySuperLeft},
+                                                 {keyControlLeft, keySuperLeft, keyV},
+                                                 {keyAltLeft, keyShiftRight, keyControlRight, keySuperLeft, keyV}}) {
+        hands_.press(held);
+        if (!held.empty())
+            seen(held.back());
+        for (int i = 0; i < 5; ++i) {
             paste();
-            EXPECT_THAT(seen(), ElementsAre(OtherWindow::Key{true, keyV, control | each.locks}));
+            EXPECT_THAT(seen(), ElementsAre(OtherWindow::Key{true, keyV, control}));
             EXPECT_EQ(X11KeyStates::read(*connection_).fingers, hands_.held());
         }
-        hands_.release(each.held);
+        hands_.release(held);
         awaitNoKeyDown();
-        if (each.locks != 0)
-            hands_.tap(keyCapsLock);
     }
 }
 
 TEST_F(X11KeyTest, CyclingWhileTheModifiersStayDownPastesOnceForEachPress) {
     const auto taken = tap([this] { QTimer::singleShot(1, [this] { paste(); }); });
     hands_.press({keyControlLeft, keySuperLeft});
-    for (int i = 1; i <= 100; ++i) {
+    for (int i = 1; i <= 20; ++i) {
         hands_.press(keyV);
         // Let go before the paste, or kept down until after it.
         if (i % 2 == 0)
@@ -287,8 +237,8 @@ TEST_F(X11KeyTest, CyclingWhileTheModifiersStayDownPastesOnceForEachPress) {
     }
     hands_.release({keySuperLeft, keyControlLeft});
     awaitNoKeyDown();
-    EXPECT_EQ(tapped_, 100);
-    EXPECT_EQ(target_.presses(keyV), std::vector(100, OtherWindow::Key{true, keyV, control}));
+    EXPECT_EQ(tapped_, 20);
+    EXPECT_EQ(target_.presses(keyV), std::vector(20, OtherWindow::Key{true, keyV, control}));
 }
 
 TEST_F(X11KeyTest, ChordIsTheOneThatTheApplicationTakes) {
@@ -318,33 +268,12 @@ TEST_F(X11KeyTest, KeysThatAProgramHoldsForSomebodyElsewhereStayItsOwn) {
     };
     const KeySet held = fake(XCB_KEY_PRESS);
     hands_.press(keyControlLeft);
-    for (int i = 0; i < 3; ++i) {
-        paste();
-        EXPECT_THAT(seen(), ElementsAre(OtherWindow::Key{true, keyV, control}));
-        EXPECT_EQ(X11KeyStates::read(*connection_).synthetic, held);
-    }
+    paste();
+    EXPECT_THAT(seen(), ElementsAre(OtherWindow::Key{true, keyV, control}));
+    EXPECT_EQ(X11KeyStates::read(*connection_).synthetic, held);
     fake(XCB_KEY_RELEASE);
     hands_.release(keyControlLeft);
     EXPECT_TRUE(await([&] { return keysDown(*connection_).none(); }));
-}
-
-TEST_F(X11KeyTest, TheTimeIsTheServersOwn) {
-    const auto raw = connection_->selectRawEvents(XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS);
-    keysDown(*connection_);
-    hands_.tap(keyA);
-    EXPECT_TRUE(await([&] { return connection_->lastTime() != XCB_CURRENT_TIME; }));
-    const auto before = connection_->lastTime();
-    connection_->selectEvents(connection_->root(), XCB_EVENT_MASK_PROPERTY_CHANGE);
-    xcb_property_notify_event_t lie{};
-    lie.response_type = XCB_PROPERTY_NOTIFY;
-    lie.time = before + 1'000'000;
-    bool isHeard = false;
-    const auto heard = connection_->onEvent(XCB_PROPERTY_NOTIFY, [&](const auto&) { isHeard = true; });
-    std::array<char, 32> event{};
-    std::memcpy(event.data(), &lie, sizeof lie);
-    xcb_send_event(connection_->get(), 0, connection_->root(), XCB_EVENT_MASK_PROPERTY_CHANGE, event.data());
-    EXPECT_TRUE(await([&] { return isHeard; }));
-    EXPECT_EQ(connection_->lastTime(), before);
 }
 
 TEST_F(X11KeyTest, QuittingLeavesNoKeyDown) {

@@ -36,12 +36,5 @@ TEST(SelectionText, TakesTextOfUnsaidEncodingForLatin1OnlyWhenItIsNotUtf8) {
     }
 }
 
-TEST(SelectionText, IsCutOnlyBetweenCharacters) {
-    EXPECT_EQ(wholeCharacters("ab😀c", 0, 5), "ab");
-    EXPECT_EQ(wholeCharacters("ab😀c", 0, 6), "ab😀");
-    EXPECT_EQ(wholeCharacters("ab😀c", 2, 4), "😀");
-    EXPECT_EQ(wholeCharacters("ab😀c", 6, 4), "c");
-}
-
 }  // namespace
 }  // namespace brindle

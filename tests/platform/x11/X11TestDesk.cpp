@@ -56,8 +56,7 @@ OtherWindow::OtherWindow(const WindowSpec& spec) : window_(xcb_generate_id(conne
                                                                            XCB_EVENT_MASK_KEY_RELEASE |
                                                                            XCB_EVENT_MASK_STRUCTURE_NOTIFY};
     auto* server = connection_->get();
-    xcb_create_window(server, 0, window_, connection_->root(), static_cast<std::int16_t>(spec.x),
-                      static_cast<std::int16_t>(spec.y), 100, 100, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
+    xcb_create_window(server, 0, window_, connection_->root(), 100, 100, 100, 100, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
                       XCB_COPY_FROM_PARENT, XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, values);
     const std::string names = spec.windowClass + '\0' + spec.windowClass + '\0';
     change("WM_CLASS", XCB_ATOM_STRING, 8, names.size(), names.data());
@@ -105,7 +104,7 @@ void OtherWindow::hide() {
     EXPECT_TRUE(await([this] { return !isMapped_; }));
 }
 
-void OtherWindow::destroy() {
+OtherWindow::~OtherWindow() {
     xcb_destroy_window(connection_->get(), window_);
     keysDown(*connection_);
 }
@@ -139,10 +138,6 @@ WindowManager::WindowManager() {
 }
 
 WindowManager::~WindowManager() {
-    kill();
-}
-
-void WindowManager::kill() {
     process_.kill();
     process_.waitForFinished();
 }

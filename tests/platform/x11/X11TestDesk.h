@@ -16,6 +16,7 @@ namespace brindle::x11test {
 // Key codes of a PC keyboard.
 constexpr xcb_keycode_t keyA = 38;
 constexpr xcb_keycode_t keyV = 55;
+constexpr xcb_keycode_t keyDvorakV = 60;
 constexpr xcb_keycode_t keyControlLeft = 37;
 constexpr xcb_keycode_t keyControlRight = 105;
 constexpr xcb_keycode_t keyShiftLeft = 50;
@@ -69,8 +70,6 @@ struct WindowSpec {
     std::vector<std::string> states{};
     xcb_window_t transientFor = XCB_WINDOW_NONE;
     bool isOverrideRedirect = false;
-    int x = 100;
-    int y = 100;
 };
 
 /// A window of another program that remembers the keys it was sent.
@@ -85,11 +84,10 @@ public:
     };
 
     explicit OtherWindow(const WindowSpec& spec = {});
-    ~OtherWindow() { destroy(); }
+    ~OtherWindow();
 
     void show();
     void hide();
-    void destroy();
     void focus();  ///< as a program without a window manager does
 
     [[nodiscard]] xcb_window_t id() const { return window_; }
@@ -117,7 +115,6 @@ class WindowManager {
 public:
     WindowManager();
     ~WindowManager();
-    void kill();
 
 private:
     QTemporaryDir folder_;

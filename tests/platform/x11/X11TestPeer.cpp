@@ -39,45 +39,46 @@ void TestPeer::handleRequest(const xcb_selection_request_event_t& request) {
     ++requestsSeen;
     const auto target = connection_->atomName(request.target);
     const auto found = answers.find(target);
-    if (found != answers.end())
-        answer(request, found->second);
-    else if (target == "TARGETS")
-        answer(request, TestAnswer::text(targetList(), "ATOM"));
-    else
-        notify(request, XCB_ATOM_NONE);
+    TestAnswer given{TestAnswer::Way::refusal};
+    if (found != answers.end()) {
+        given = found->second;
+    } else if (target == "TARGETS") {
+        given = TestAnswer::text("", "ATOM");
+        for (const auto& [name, ignored] : answers) {
+            const auto atom = connection_->atom(name);
+            given.pieces[0].append(reinterpret_cast<const char*>(&atom), sizeof atom);
+        }
+    }
+    answer(request, given);
     connection_->flush();
 }
 
 void TestPeer::answer(const xcb_selection_request_event_t& request, const TestAnswer& given) {
     switch (given.way) {
-        case TestAnswer::Way::refuse:
+        case TestAnswer::Way::refusal:
             notify(request, XCB_ATOM_NONE);
-            break;
-        case TestAnswer::Way::stayStill:
+            return;
+        case TestAnswer::Way::silence:
             held_.push_back(request);
+            return;
+        case TestAnswer::Way::whole:
+            put(request.requestor, request.property, given.type, given.pieces[0]);
             break;
-        case TestAnswer::Way::give:
-            put(request.requestor, request.property, given.type, given.bytes);
-            notify(request, request.property);
-            break;
-        case TestAnswer::Way::giveInChunks: {
+        default: {
             const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+            const std::uint32_t falseSize = 0xFFFFFFFF;
             xcb_change_window_attributes(connection_->get(), request.requestor, XCB_CW_EVENT_MASK, &events);
             xcb_change_property(connection_->get(), XCB_PROP_MODE_REPLACE, request.requestor, request.property,
-                                connection_->atom("INCR"), 32, 1, &given.sizeHint);
-            sendings_.push_back({request.requestor, request.property, given, 0});
-            notify(request, request.property);
-            break;
+                                connection_->atom("INCR"), 32, 1, &falseSize);
+            sendings_.push_back({request.requestor, request.property, given});
         }
     }
+    notify(request, request.property);
 }
 
 void TestPeer::answerHeldRequests() {
-    for (const auto& request : held_) {
-        put(request.requestor, request.property, "UTF8_STRING", "late");
-        notify(request, request.property);
-    }
-    held_.clear();
+    for (const auto& request : held_)
+        answer(request, TestAnswer::text("late"));
     connection_->flush();
 }
 
@@ -100,34 +101,21 @@ void TestPeer::put(xcb_window_t window, xcb_atom_t property, const std::string& 
                         static_cast<std::uint32_t>(bytes.size() / (format / 8U)), bytes.data());
 }
 
-std::string TestPeer::targetList() {
-    std::string list;
-    for (const auto& [name, ignored] : answers) {
-        const auto atom = connection_->atom(name);
-        list.append(reinterpret_cast<const char*>(&atom), sizeof atom);
-    }
-    return list;
-}
-
 void TestPeer::sendNextChunk(Sending& sending) {
-    const auto& chunks = sending.answer.chunks;
-    const bool hasMore = sending.sent < chunks.size();
-    const bool repeats = !hasMore && sending.answer.end == TestAnswer::End::goOn;
-    if (sending.sent > chunks.size() || (!hasMore && sending.answer.end == TestAnswer::End::stop))
-        return;
-    const std::string& next = hasMore ? chunks[sending.sent] : repeats ? chunks.back() : std::string();
-    put(sending.requestor, sending.property, sending.answer.type, next);
-    if (!repeats)
-        ++sending.sent;
+    const auto& [way, type, pieces] = sending.answer;
+    if (way == TestAnswer::Way::chunksForEver)
+        sending.sent = 0;
+    if (sending.sent < pieces.size())
+        put(sending.requestor, sending.property, type, pieces[sending.sent]);
+    else if (sending.sent == pieces.size() && way == TestAnswer::Way::chunks)
+        put(sending.requestor, sending.property, type, "");
+    ++sending.sent;
     connection_->flush();
 }
 
 void TestPeer::handleProperty(const xcb_property_notify_event_t& change) {
-    if (change.window == window_) {
-        if (change.state == XCB_PROPERTY_NEW_VALUE && isChunked_ && taking_ == Taking::everything)
-            takeProperty();
-        return;
-    }
+    if (change.window == window_ && change.state == XCB_PROPERTY_NEW_VALUE && isChunked_)
+        takeProperty();
     for (auto& sending : sendings_) {
         if (change.state == XCB_PROPERTY_DELETE && sending.requestor == change.window &&
             sending.property == change.atom)
@@ -135,48 +123,40 @@ void TestPeer::handleProperty(const xcb_property_notify_event_t& change) {
     }
 }
 
-void TestPeer::ask(const std::string& target, const char* selection, Taking taking) {
+void TestPeer::ask(const std::string& target, const char* selection) {
     isAnswered_ = isChunked_ = false;
     arrived_.reset();
-    taking_ = taking;
     xcb_convert_selection(connection_->get(), window_, connection_->atom(selection), connection_->atom(target),
                           connection_->atom("TEST_ANSWER"), XCB_CURRENT_TIME);
     connection_->flush();
 }
 
 std::optional<std::string> TestPeer::paste(const std::string& target, const char* selection) {
-    ask(target, selection, Taking::everything);
+    ask(target, selection);
     return await([&] { return isAnswered_; }) ? arrived_ : "(no answer)";
 }
 
-std::optional<std::vector<std::string>> TestPeer::askForAtoms(const std::string& target) {
-    const auto bytes = paste(target);
-    if (!bytes)
-        return std::nullopt;
+std::vector<std::string> TestPeer::askForAtoms(const std::string& target) {
+    const auto bytes = paste(target).value_or("");
     std::vector<std::string> names;
-    for (std::size_t at = 0; at + sizeof(xcb_atom_t) <= bytes->size(); at += sizeof(xcb_atom_t)) {
+    for (std::size_t at = 0; at + sizeof(xcb_atom_t) <= bytes.size(); at += sizeof(xcb_atom_t)) {
         xcb_atom_t atom;
-        std::memcpy(&atom, bytes->data() + at, sizeof atom);
+        std::memcpy(&atom, bytes.data() + at, sizeof atom);
         names.push_back(connection_->atomName(atom));
     }
     return names;
 }
 
 void TestPeer::handleNotify(const xcb_selection_notify_event_t& notice) {
-    if (notice.property == XCB_ATOM_NONE) {
-        isAnswered_ = true;
+    isAnswered_ = notice.property == XCB_ATOM_NONE;
+    if (isAnswered_)
         return;
-    }
-    const auto isIncremental = connection_->property(window_, notice.property, connection_->atom("INCR"));
-    if (isIncremental) {
-        isChunked_ = true;
-        arrived_.emplace();
-        if (taking_ == Taking::everything)
-            xcb_delete_property(connection_->get(), window_, notice.property);
-        connection_->flush();
-    } else {
-        takeProperty();
-    }
+    isChunked_ = connection_->property(window_, notice.property, connection_->atom("INCR")).has_value();
+    if (!isChunked_)
+        return takeProperty();
+    arrived_.emplace();
+    xcb_delete_property(connection_->get(), window_, notice.property);
+    connection_->flush();
 }
 
 void TestPeer::takeProperty() {
@@ -186,14 +166,8 @@ void TestPeer::takeProperty() {
     connection_->flush();
     if (!piece)
         return;
-    if (!arrived_)
-        arrived_.emplace();
-    *arrived_ += *piece;
+    arrived_ = arrived_.value_or("") + *piece;
     isAnswered_ = !isChunked_ || piece->empty();
-}
-
-bool TestPeer::hasProperty() {
-    return connection_->property(window_, connection_->atom("TEST_ANSWER"), XCB_ATOM_ANY).has_value();
 }
 
 }  // namespace brindle
