@@ -1,5 +1,4 @@
 #include <gmock/gmock.h>
-#include <xcb/xtest.h>
 
 #include <array>
 
@@ -21,27 +20,6 @@ constexpr unsigned superMask = XCB_MOD_MASK_4;
 constexpr std::uint32_t popoverModifiers = hotKeyModifiers::command | hotKeyModifiers::shift;
 constexpr auto vCode = static_cast<std::uint32_t>(VirtualKey::v);
 constexpr TapRequest cycling{.key = VirtualKey::v, .flags = eventFlags::control | eventFlags::command};
-
-/// A client that grabs keys for itself.
-class Rival {
-public:
-    bool grab(unsigned modifiers, xcb_keycode_t key = keyV) {
-        const auto cookie =
-            xcb_grab_key_checked(connection_->get(), 0, connection_->root(), static_cast<std::uint16_t>(modifiers), key,
-                                 XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-        return !XcbPointer<xcb_generic_error_t>(xcb_request_check(connection_->get(), cookie));
-    }
-    bool canGrab(unsigned modifiers, xcb_keycode_t key = keyV) {
-        const bool could = grab(modifiers, key);
-        if (could)
-            xcb_ungrab_key(connection_->get(), key, connection_->root(), static_cast<std::uint16_t>(modifiers));
-        keysDown(*connection_);
-        return could;
-    }
-
-private:
-    std::unique_ptr<X11Connection> connection_ = X11Connection::open();
-};
 
 class X11KeyTest : public testing::Test {
 protected:
@@ -90,9 +68,7 @@ protected:
     OtherWindow target_;
     std::unique_ptr<X11Connection> connection_ = X11Connection::open();
     X11Keyboard keyboard_{*connection_};
-    int lent_ = 0;
-    int givenBack_ = 0;
-    X11KeyEvents keyEvents_{*connection_, {[this] { ++lent_; }, [this] { ++givenBack_; }, 100}};
+    X11KeyEvents keyEvents_{*connection_, {}};
     X11HotKeys hotKeys_{*connection_, keyboard_};
     HotKeyRef hotKey_ = 7;
     int fired_ = 0;
@@ -101,18 +77,13 @@ protected:
     int tapped_ = 0;
 };
 
-TEST_F(X11KeyTest, HotKeyFiresOncePerPressWhateverTheLocksUnlessAnotherProgramHoldsItWithOne) {
-    {
-        Rival rival;
-        EXPECT_TRUE(rival.grab(superMask | shift | XCB_MOD_MASK_LOCK));
-        EXPECT_EQ(registerHotKey(), XCB_ACCESS);
-        EXPECT_TRUE(await([&] { return rival.canGrab(superMask | shift); }));
-    }
+TEST_F(X11KeyTest, HotKeyFiresOncePerPressWhateverTheLocks) {
     ASSERT_EQ(registerHotKey(), noError);
     for (int i = 1; i <= 3; ++i) {
         hands_.chord({keySuperLeft, keyShiftRight, keyV});
         EXPECT_TRUE(await([&] { return fired_ == i; }));
         hands_.tap(i == 1 ? keyCapsLock : keyNumLock);
+        await([n = 0]() mutable { return ++n > 2; });  // a press in the millisecond of the release is a repeat
     }
     hands_.tap(keyCapsLock);
     hands_.chord({keySuperLeft, keyShiftLeft, keyControlLeft, keyV});
@@ -124,12 +95,9 @@ TEST_F(X11KeyTest, HotKeyFiresOncePerPressWhateverTheLocksUnlessAnotherProgramHo
 }
 
 TEST_F(X11KeyTest, TapTakesTheCombinationWithAnyOtherModifierAndItsRepeats) {
-    Rival rival;
-    EXPECT_TRUE(rival.grab(control | superMask | shift));
     const auto taken = tap();
-    ASSERT_TRUE(taken) << "what another program holds costs no more than that";
     for (const auto& others :
-         std::vector<std::vector<xcb_keycode_t>>{{}, {keyAltLeft}, {keyShiftRight, keyAltLeft}, {keyNumLock}}) {
+         std::vector<std::vector<xcb_keycode_t>>{{}, {keyShiftLeft}, {keyShiftRight, keyAltLeft}, {keyNumLock}}) {
         tapped_ = 0;
         std::vector<xcb_keycode_t> keys = others;
         keys.insert(keys.end(), {keyControlRight, keySuperLeft, keyV});
@@ -157,7 +125,7 @@ TEST_F(X11KeyTest, LayoutsMoveTheKey) {
     for (const auto& [layout, key] : layouts) {
         SCOPED_TRACE(layout);
         setLayout(layout);
-        EXPECT_TRUE(await([&] { return keyboard_.vKey() == key && !Rival().canGrab(control | superMask, key); }));
+        EXPECT_TRUE(await([&] { return keyboard_.vKey() == key; }));
         tapped_ = 0;
         hands_.chord({keyControlLeft, keySuperLeft, key});
         EXPECT_TRUE(await([&] { return tapped_ == 1; }));
@@ -239,41 +207,6 @@ TEST_F(X11KeyTest, CyclingWhileTheModifiersStayDownPastesOnceForEachPress) {
     awaitNoKeyDown();
     EXPECT_EQ(tapped_, 20);
     EXPECT_EQ(target_.presses(keyV), std::vector(20, OtherWindow::Key{true, keyV, control}));
-}
-
-TEST_F(X11KeyTest, ChordIsTheOneThatTheApplicationTakes) {
-    const auto pasteInto = [this](const char* windowClass) {
-        OtherWindow window({.windowClass = windowClass});
-        window.show();
-        window.focus();
-        paste();
-        keysDown(window.connection());
-        EXPECT_TRUE(await([&] { return !window.keys().empty() && !window.keys().back().isPress; }));
-        return window.keys();
-    };
-    EXPECT_THAT(pasteInto("Xfce4-terminal"), testing::Contains(OtherWindow::Key{true, keyV, control | shift}));
-    EXPECT_EQ(lent_, 0);
-    EXPECT_THAT(pasteInto("XTerm"), testing::Contains(OtherWindow::Key{true, 118, shift}));
-    EXPECT_EQ(lent_, 1);
-    EXPECT_EQ(givenBack_, 0);
-    EXPECT_TRUE(await([&] { return givenBack_ == 1; }));
-}
-
-TEST_F(X11KeyTest, KeysThatAProgramHoldsForSomebodyElsewhereStayItsOwn) {
-    const auto program = X11Connection::open();
-    const auto fake = [&](std::uint8_t type) {
-        for (const auto key : {keyControlLeft, keySuperLeft})
-            xcb_test_fake_input(program->get(), type, key, XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
-        return keysDown(*program);
-    };
-    const KeySet held = fake(XCB_KEY_PRESS);
-    hands_.press(keyControlLeft);
-    paste();
-    EXPECT_THAT(seen(), ElementsAre(OtherWindow::Key{true, keyV, control}));
-    EXPECT_EQ(X11KeyStates::read(*connection_).synthetic, held);
-    fake(XCB_KEY_RELEASE);
-    hands_.release(keyControlLeft);
-    EXPECT_TRUE(await([&] { return keysDown(*connection_).none(); }));
 }
 
 TEST_F(X11KeyTest, QuittingLeavesNoKeyDown) {

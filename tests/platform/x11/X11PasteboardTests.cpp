@@ -113,16 +113,6 @@ TEST_F(X11PasteboardTest, RefusesATextBeyondTheLimitWithOneLineThatDoesNotQuoteI
     EXPECT_THAT(lines, testing::ElementsAre("A text of more than 4 MiB on the clipboard is left out."));
 }
 
-TEST_F(X11PasteboardTest, CountsOnceWhenTheOwnerDiesInTheMiddle) {
-    TestPeer owner;
-    owner.own({{"UTF8_STRING", {TestAnswer::Way::chunksThenSilence, "UTF8_STRING", {"half"}}}});
-    ASSERT_TRUE(await([&] { return owner.requestsSeen == 2; }));
-    owner.die();
-    EXPECT_TRUE(counts(1));
-    EXPECT_EQ(text(), "(none)");
-    expectNothingElseArrived(1);
-}
-
 TEST_F(X11PasteboardTest, TurnsFromAHungOwnerToTheNextAtOnceAndIgnoresItsLateAnswer) {
     TestPeer hung;
     hung.own({{"TARGETS", {TestAnswer::Way::silence}}});
