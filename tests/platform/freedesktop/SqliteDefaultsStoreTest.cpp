@@ -1,8 +1,6 @@
 #include "platform/freedesktop/SqliteDefaultsStore.h"
 
-#include <signal.h>
 #include <sqlite3.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -13,11 +11,9 @@
 namespace brindle {
 namespace {
 
-using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::Not;
 using testing::Optional;
 using testing::SizeIs;
 using testing::StrEq;
@@ -190,44 +186,6 @@ TEST_F(SqliteDefaultsStoreTest, SharesItsFileWithAnotherProgramAndWaitsOutItsLoc
     EXPECT_THAT(log_.lines, ElementsAre("Cannot store held: database is locked"));
     store.setInteger("next", 2);
     EXPECT_EQ(other.integer("held") + other.integer("next"), 3);
-}
-
-/// No file may be larger meanwhile, as on a full disk.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t bytes) {
-        ::signal(SIGXFSZ, SIG_IGN);
-        ::getrlimit(RLIMIT_FSIZE, &before_);
-        const rlimit tight{bytes, before_.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &tight);
-    }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-    ~FileSizeLimit() { ::setrlimit(RLIMIT_FSIZE, &before_); }
-
-private:
-    rlimit before_{};
-};
-
-TEST_F(SqliteDefaultsStoreTest, WaitsOutAFullDisk) {
-    SqliteDefaultsStore store(scratch_.path());
-    store.setString("key", "old");
-    const std::string secret(200'000, 's');
-    {
-        const FileSizeLimit limit(64 * 1024);
-        store.setData("large", secret);
-        store.setString("key", "new");  // small, but it must not pass by what waits
-        EXPECT_THAT(store.data("large"), Optional(secret));
-        EXPECT_THAT(store.string("key"), Optional(StrEq("new")));
-        EXPECT_THAT(log_.lines, ElementsAre(AllOf(HasSubstr("Cannot store large: "), Not(HasSubstr("ss")))));
-        EXPECT_THAT(SqliteDefaultsStore(scratch_.path()).string("key"), Optional(StrEq("old")));
-    }
-    store.setInteger("number", 1);
-    const SqliteDefaultsStore again(scratch_.path());
-    EXPECT_THAT(again.data("large"), Optional(secret));
-    EXPECT_THAT(again.string("key"), Optional(StrEq("new")));
-    EXPECT_EQ(again.integer("number"), 1);
-    EXPECT_THAT(log_.lines, SizeIs(1));
 }
 
 TEST_F(SqliteDefaultsStoreTest, LeavesAFileOfSomebodyElseAlone) {
