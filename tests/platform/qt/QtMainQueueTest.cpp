@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <optional>
 #include <string>
 
 #include "platform/Await.h"
@@ -51,20 +50,6 @@ TEST(QtMainQueue, RepeatsUntilTheSubscriptionGoesAndSkipsMissedTicks) {
     ASSERT_TRUE(await([&] { return later != 0; }));
     EXPECT_EQ(later, 3);
     EXPECT_GE(queue.uptime() - start, 0.055) << "a missed tick was made up for";
-}
-
-TEST(QtMainQueue, DropsPendingStepsWhenItGoes) {
-    int runs = 0;
-    std::optional<QtMainQueue> queue(std::in_place);
-    Subscription ticker = queue->repeat(0.001, [&] { ++runs; });
-    queue->post([&] { ++runs; });
-    queue.reset();
-    ticker.reset();
-    QtMainQueue other;
-    bool isOver = false;
-    other.after(0.01, [&] { isOver = true; });
-    ASSERT_TRUE(await([&] { return isOver; }));
-    EXPECT_EQ(runs, 0);
 }
 
 }  // namespace
