@@ -16,7 +16,7 @@ protected:
 
     SettingsManager settings;
     HistoryManager manager{settings};
-    std::unique_ptr<ClipboardMonitor> monitor = std::make_unique<ClipboardMonitor>(manager);
+    ClipboardMonitor monitor{manager};
 };
 
 TEST_F(ClipboardMonitorTest, ACopyIsInTheHistoryHalfASecondLaterWithItsSource) {
@@ -29,21 +29,13 @@ TEST_F(ClipboardMonitorTest, ACopyIsInTheHistoryHalfASecondLaterWithItsSource) {
     EXPECT_EQ(history()[0].content.string(), " abc\n");
     EXPECT_EQ(history()[0].sourceApp->string(), "org.example.TextEdit");
     EXPECT_EQ(history()[0].date.seconds, sim.queue.now().seconds);
-    EXPECT_EQ(history()[0].type, ItemType::text);
-    EXPECT_FALSE(history()[0].isPinned || history()[0].listId);
     sim.queue.advance(5);
     EXPECT_EQ(sim.clipboard.readings, 1) << "a poll without a change costs no reading";
-}
-
-TEST_F(ClipboardMonitorTest, TheSourceIsAbsentWithoutAnApplicationOrItsIdentifier) {
-    sim.clipboard.copy("a");
-    sim.queue.advance(0.5);
     sim.desktop.bringToFront(sim.desktop.launch({.localizedName = "tool"}));
     sim.clipboard.copy("");
     sim.queue.advance(0.5);
-    ASSERT_THAT(history(), SizeIs(2));
-    EXPECT_FALSE(history()[0].sourceApp || history()[1].sourceApp);
     EXPECT_TRUE(history()[0].content.isEmpty());
+    EXPECT_FALSE(history()[0].sourceApp) << "the application has no identifier";
 }
 
 TEST_F(ClipboardMonitorTest, SeveralChangesBetweenTwoPollsAreOneAndAnImageIsNone) {
@@ -56,29 +48,22 @@ TEST_F(ClipboardMonitorTest, SeveralChangesBetweenTwoPollsAreOneAndAnImageIsNone
     sim.clipboard.copy(std::nullopt);
     sim.queue.advance(0.5);
     EXPECT_THAT(history(), SizeIs(1));
-    EXPECT_EQ(monitor->lastChangeCount().value(), 3);
+    EXPECT_EQ(monitor.lastChangeCount().value(), 3);
 }
 
 TEST_F(ClipboardMonitorTest, AnInternalCopyIsSwallowedOnceWithWhateverFollowsInTheSamePoll) {
-    monitor->setIsInternalCopy(true);
+    monitor.setIsInternalCopy(true);
     sim.queue.advance(1);
-    EXPECT_TRUE(monitor->isInternalCopy()) << "a poll without a change leaves the flag";
+    EXPECT_TRUE(monitor.isInternalCopy()) << "a poll without a change leaves the flag";
     sim.clipboard.clearContents();
     sim.clipboard.setString("own");
     sim.clipboard.copy("outside");
     sim.queue.advance(0.5);
-    EXPECT_FALSE(monitor->isInternalCopy());
+    EXPECT_FALSE(monitor.isInternalCopy());
     EXPECT_THAT(history(), IsEmpty());
     sim.clipboard.copy("later");
     sim.queue.advance(0.5);
     EXPECT_THAT(history(), SizeIs(1));
-}
-
-TEST_F(ClipboardMonitorTest, PollsUntilItIsDestroyed) {
-    monitor.reset();
-    sim.clipboard.copy("a");
-    sim.queue.advance(5);
-    EXPECT_THAT(history(), IsEmpty());
 }
 
 }  // namespace

