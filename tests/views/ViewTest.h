@@ -114,11 +114,6 @@ protected:
         }
         return names;
     }
-    static void wheel(QWidget& over, QPoint pixels, QPoint angle) {
-        QWheelEvent event(QPointF(9, 9), over.mapToGlobal(QPointF(9, 9)), pixels, angle, Qt::NoButton, {},
-                          Qt::NoScrollPhase, false);
-        QApplication::sendEvent(&over, &event);
-    }
     static void drag(QWidget& widget, QPoint place) {
         QMouseEvent event(QEvent::MouseMove, place, widget.mapToGlobal(place), Qt::NoButton, Qt::LeftButton, {});
         QApplication::sendEvent(&widget, &event);

@@ -1,4 +1,4 @@
-// Renders every view of the popover in both appearances at both scales: brindle_render FOLDER [NAME...]
+// Renders every view of the popover in both appearances at both scales: brindle_render FOLDER
 
 #include <QApplication>
 #include <QDir>
@@ -6,12 +6,8 @@
 #include <QPainter>
 #include <QScrollBar>
 #include <QTest>
-#include <functional>
-#include <iostream>
 
 #include "platform/qt/FramelessWindow.h"
-#include "views/AboutView.h"
-#include "views/AccessibilityPermissionDialog.h"
 #include "views/ContentView.h"
 #include "views/HistoryView.h"
 #include "views/SymbolButton.h"
@@ -47,73 +43,65 @@ struct Stage {
     ContentView view{demo.history, demo.monitor, demo.settings};
 };
 
-struct Scene {
-    const char* name;
-    QSize size;
-    std::function<void(Stage&)> play;
-};
-
 QMenu* openMenu() {
     return qobject_cast<QMenu*>(QApplication::activePopupWidget());
 }
 
-const Scene scenes[] = {
-    {"popover", ContentView::fixedSize, [](Stage&) {}},
-    {"popover-scrolled", ContentView::fixedSize,
+const std::pair<const char*, void (*)(Stage&)> scenes[] = {
+    {"popover", [](Stage&) {}},
+    {"popover-scrolled",
      [](Stage& stage) {
          stage.list().verticalScrollBar()->setValue(2000);
          QTest::mouseMove(stage.list().viewport(), QPoint(0, 0));  // it may be there already
          QTest::mouseMove(stage.list().viewport(), stage.list().rowRect(7).center());
      }},
-    {"search", ContentView::fixedSize,
+    {"search",
      [](Stage& stage) {
          stage.view.findChild<TextField*>()->setFocus(Qt::MouseFocusReason);
          stage.view.state().searchText = "example";
      }},
-    {"empty", ContentView::fixedSize,
+    {"empty",
      [](Stage& stage) {
          stage.demo.history.createList("Empty");
          stage.view.state().selectedTab = stage.demo.history.customLists().value().back().id.text();
      }},
-    {"first-start", ContentView::fixedSize,
+    {"first-start",
      [](Stage& stage) {
-         while (!stage.demo.history.history().value().empty())
-             stage.demo.history.deleteItem(ClipboardItem(stage.demo.history.history().value().front()));
-         while (!stage.demo.history.customLists().value().empty())
-             stage.demo.history.deleteList(CustomList(stage.demo.history.customLists().value().front()));
+         for (const auto& item : std::vector(stage.demo.history.history().value()))
+             stage.demo.history.deleteItem(item);
+         for (const auto& list : std::vector(stage.demo.history.customLists().value()))
+             stage.demo.history.deleteList(list);
      }},
     {"row-menu",
-     {444, 500},
      [](Stage& stage) {
          QTest::mousePress(stage.list().viewport(), Qt::RightButton, {}, QPoint(168, 95));
          openMenu()->setActiveAction(openMenu()->actions().back());
      }},
-    {"header-menu", ContentView::fixedSize,
+    {"header-menu",
      [](Stage& stage) {
          for (SymbolButton* button : stage.view.findChildren<SymbolButton*>())
              if (button->accessibleName() == "Menu")
                  button->click();
          openMenu()->setActiveAction(openMenu()->actions().front());
      }},
-    {"tab-menu", ContentView::fixedSize,
+    {"tab-menu",
      [](Stage& stage) {
          QTest::mousePress(stage.view.findChildren<TabButton*>()[2], Qt::RightButton, {}, QPoint(34, 20));
      }},
-    {"settings", ContentView::fixedSize,
+    {"settings",
      [](Stage& stage) {
          stage.demo.settings.setLaunchAtLogin(true);
          stage.view.state().showSettings = true;
      }},
-    {"dialog-new", ContentView::fixedSize, [](Stage& stage) { stage.view.state().showNewListAlert = true; }},
-    {"dialog-rename", ContentView::fixedSize,
+    {"dialog-new", [](Stage& stage) { stage.view.state().showNewListAlert = true; }},
+    {"dialog-rename",
      [](Stage& stage) {
          stage.view.state().renameListName = "Work";
          stage.view.state().showRenameListAlert = true;
      }},
-    {"dialog-delete", ContentView::fixedSize, [](Stage& stage) { stage.view.state().showDeleteListAlert = true; }},
-    {"about", AboutView::fixedSize, [](Stage& stage) { stage.view.state().showAbout = true; }},
-    {"guide", AccessibilityPermissionDialog::fixedSize,
-     [](Stage& stage) { stage.view.state().showAccessibilityDialog = true; }},
+    {"dialog-delete", [](Stage& stage) { stage.view.state().showDeleteListAlert = true; }},
+    {"about", [](Stage& stage) { stage.view.state().showAbout = true; }},
+    {"guide", [](Stage& stage) { stage.view.state().showAccessibilityDialog = true; }},
 };
 
 /// The sheet that is open, else the popover.
@@ -126,21 +114,24 @@ FramelessWindow& frontWindow(Stage& stage) {
     return stage.window;
 }
 
-QImage render(const Scene& scene, AppTheme theme, int scale) {
-    QImage image(scene.size * scale, QImage::Format_ARGB32_Premultiplied);
+QImage render(void (*play)(Stage&), AppTheme theme, int scale) {
+    Stage stage(theme);
+    play(stage);
+    stage.settle();
+    std::vector<QWidget*> shown{&frontWindow(stage)};
+    QRect area = frontWindow(stage).contentFrame();
+    for (QWidget* other : QApplication::topLevelWidgets()) {
+        if (!qobject_cast<QMenu*>(other) || !other->isVisible())
+            continue;
+        shown.push_back(other);
+        area |= other->geometry();
+    }
+    QImage image(area.size() * scale, QImage::Format_ARGB32_Premultiplied);
     image.setDevicePixelRatio(scale);
     image.fill(Qt::transparent);
-    Stage stage(theme);
-    scene.play(stage);
-    stage.settle();
     QPainter painter(&image);
-    FramelessWindow& window = frontWindow(stage);
-    const QPoint corner = window.contentFrame().topLeft();
-    window.render(&painter, window.pos() - corner, {}, QWidget::DrawChildren);
-    for (QWidget* other : QApplication::topLevelWidgets()) {
-        if (auto* menu = qobject_cast<QMenu*>(other); menu && menu->isVisible())
-            menu->render(&painter, menu->pos() - corner);
-    }
+    for (QWidget* each : shown)
+        each->render(&painter, each->pos() - area.topLeft(), {}, QWidget::DrawChildren);
     return image;
 }
 
@@ -153,24 +144,14 @@ int main(int argc, char** argv) {
     qputenv("TZ", "UTC");
     qputenv("LC_ALL", "en_GB.UTF-8");
     const QApplication application(argc, argv);
-    const QStringList arguments = application.arguments();
-    if (arguments.size() < 2) {
-        std::cerr << "usage: brindle_render FOLDER [NAME...]\n";
-        return 2;
-    }
-    const QDir folder(arguments[1]);
-    folder.mkpath(QStringLiteral("."));
+    const QDir folder(application.arguments().value(1));
     bool isSaved = true;
-    for (const auto& scene : brindle::test::scenes) {
-        if (arguments.size() > 2 && !arguments.mid(2).contains(QString::fromUtf8(scene.name)))
-            continue;
+    for (const auto& [name, play] : brindle::test::scenes) {
         for (const auto theme : {brindle::AppTheme::dark, brindle::AppTheme::light}) {
             for (const int scale : {1, 2}) {
-                const QString name =
-                    QStringLiteral("%1-%2@%3x.png")
-                        .arg(QString::fromUtf8(scene.name), theme == brindle::AppTheme::dark ? "dark" : "light",
-                             QString::number(scale));
-                isSaved = render(scene, theme, scale).save(folder.filePath(name)) && isSaved;
+                const char* scheme = theme == brindle::AppTheme::dark ? "dark" : "light";
+                const auto file = QStringLiteral("%1-%2@%3x.png").arg(name, scheme).arg(scale);
+                isSaved = brindle::test::render(play, theme, scale).save(folder.filePath(file)) && isSaved;
             }
         }
     }
