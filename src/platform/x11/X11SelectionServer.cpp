@@ -27,12 +27,11 @@ constexpr std::array textTargets = {
 
 }  // namespace
 
-X11SelectionServer::X11SelectionServer(X11Connection& connection, double deadline)
+X11SelectionServer::X11SelectionServer(X11Connection& connection)
     : connection_(connection),
       window_(xcb_generate_id(connection.get())),
       chunkSize_(
-          std::min(largestChunk, std::size_t{4} * xcb_get_maximum_request_length(connection.get()) - requestHeader)),
-      deadline_(deadline) {
+          std::min(largestChunk, std::size_t{4} * xcb_get_maximum_request_length(connection.get()) - requestHeader)) {
     xcb_create_window(connection_.get(), 0, window_, connection_.root(), -1, -1, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
                       XCB_COPY_FROM_PARENT, 0, nullptr);
     QObject::connect(&sweep_, &QTimer::timeout, &sweep_, [this] { endStalledTransfers(); });
@@ -208,7 +207,7 @@ void X11SelectionServer::startTransfer(Transfer transfer) {
     transfer.lastProgress = std::chrono::steady_clock::now();
     transfers_.push_back(std::move(transfer));
     if (!sweep_.isActive())
-        sweep_.start(std::chrono::duration_cast<std::chrono::milliseconds>(deadline_ / 10));
+        sweep_.start(std::chrono::milliseconds(transferDeadline) / 10);
 }
 
 void X11SelectionServer::sendChunk(Transfer& transfer) {
@@ -242,7 +241,7 @@ void X11SelectionServer::handleDestroy(const xcb_destroy_notify_event_t& destroy
 
 void X11SelectionServer::endStalledTransfers() {
     const auto now = std::chrono::steady_clock::now();
-    endTransfers([&](const Transfer& each) { return now - each.lastProgress > deadline_; });
+    endTransfers([&](const Transfer& each) { return now - each.lastProgress > transferDeadline; });
     if (transfers_.empty())
         sweep_.stop();
 }

@@ -20,9 +20,9 @@ namespace brindle {
 /// requestor takes nothing for a while. Every reader gets its bytes straight from the one shared body.
 class X11SelectionServer {
 public:
-    static constexpr double transferDeadline = 10.0;  ///< seconds without progress
+    static constexpr std::chrono::seconds transferDeadline{10};  ///< without progress
 
-    explicit X11SelectionServer(X11Connection& connection, double deadline = transferDeadline);
+    explicit X11SelectionServer(X11Connection& connection);
     X11SelectionServer(const X11SelectionServer&) = delete;
     X11SelectionServer& operator=(const X11SelectionServer&) = delete;
     ~X11SelectionServer();
@@ -80,7 +80,6 @@ private:
     X11Connection& connection_;
     xcb_window_t window_;
     std::size_t chunkSize_;  // bytes that one request can carry
-    std::chrono::duration<double> deadline_;
     std::unordered_map<xcb_atom_t, Owned> owned_;
     std::list<Transfer> transfers_;
     QTimer sweep_;
