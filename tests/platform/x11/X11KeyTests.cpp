@@ -2,7 +2,6 @@
 
 #include <array>
 
-#include "platform/StatusBar.h"
 #include "platform/x11/X11EventTaps.h"
 #include "platform/x11/X11HotKeys.h"
 #include "platform/x11/X11KeyEvents.h"

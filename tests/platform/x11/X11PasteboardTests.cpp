@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <array>
 #include <memory>
 #include <string>
 #include <vector>
@@ -124,17 +123,7 @@ TEST_F(X11PasteboardTest, TurnsFromAHungOwnerToTheNextAtOnceAndIgnoresItsLateAns
     expectNothingElseArrived(1);
 }
 
-TEST_F(X11PasteboardTest, IgnoresNewsOfWhatHappenedBeforeItsOwnWrite) {
-    peer_.own({{"UTF8_STRING", TestAnswer::text("overtaken")}});
-    (void)peer_.connection().atomName(XCB_ATOM_STRING);  // the server has done it, we have not read of it
-    pasteboard_->clearContents();
-    pasteboard_->setString("ours");
-    EXPECT_EQ(peer_.paste(), "ours");
-    EXPECT_EQ(pasteboard_->changeCount(), 1);
-    expectNothingElseArrived(1);
-}
-
-TEST_F(X11PasteboardTest, ServesEveryTextTargetAloneOrSeveralAtOnce) {
+TEST_F(X11PasteboardTest, ServesEveryTextTarget) {
     pasteboard_->clearContents();
     pasteboard_->setString("café €");
     for (const char* target : {"UTF8_STRING", "text/plain;charset=utf-8", "text/plain", "TEXT"})
@@ -142,24 +131,18 @@ TEST_F(X11PasteboardTest, ServesEveryTextTargetAloneOrSeveralAtOnce) {
     EXPECT_EQ(peer_.paste("STRING"), "caf\xE9 ?");
     EXPECT_EQ(peer_.paste("image/png"), std::nullopt);
     EXPECT_EQ(peer_.paste("TIMESTAMP")->size(), 4U);
-    EXPECT_THAT(peer_.askForAtoms("TARGETS"), testing::IsSupersetOf({"UTF8_STRING", "STRING", "TARGETS"}));
-
-    pasteboard_->setString("café");
-    auto& x = peer_.connection();
-    const std::array pairs = {x.atom("UTF8_STRING"), x.atom("FIRST"),    x.atom("image/png"),
-                              x.atom("SECOND"),      x.atom("MULTIPLE"), x.atom("THIRD")};
-    xcb_change_property(x.get(), XCB_PROP_MODE_REPLACE, peer_.window(), x.atom("TEST_ANSWER"), x.atom("ATOM_PAIR"), 32,
-                        pairs.size(), pairs.data());
-    EXPECT_THAT(peer_.askForAtoms("MULTIPLE"),
-                testing::ElementsAre("UTF8_STRING", "FIRST", "image/png", "", "MULTIPLE", ""));
-    EXPECT_EQ(x.property(peer_.window(), x.atom("FIRST"), x.atom("UTF8_STRING")), "café");
+    const auto listed = peer_.paste("TARGETS").value_or("");
+    for (const char* target : {"UTF8_STRING", "STRING", "TARGETS"}) {
+        const xcb_atom_t atom = peer_.connection().atom(target);
+        EXPECT_NE(listed.find({reinterpret_cast<const char*>(&atom), sizeof atom}), std::string::npos) << target;
+    }
 }
 
 TEST_F(X11PasteboardTest, ServesTheTextThatAnOwnerLeavesBehindAsTheSameChangeButNoSecret) {
     auto ended = std::make_unique<TestPeer>();
     ended->own({{"UTF8_STRING", TestAnswer::text("left")}, {"text/html", TestAnswer::text("<b>")}});
     EXPECT_TRUE(counts(1));
-    EXPECT_EQ(peer_.askForAtoms("TARGETS").size(), 2U) << "a living owner keeps its clipboard";
+    EXPECT_EQ(peer_.paste("TARGETS")->size(), 2 * sizeof(xcb_atom_t)) << "a living owner keeps its clipboard";
     ended->die();
     EXPECT_TRUE(await([&] { return peer_.paste() == "left"; }));
     EXPECT_EQ(pasteboard_->changeCount(), 1);
@@ -174,9 +157,6 @@ TEST_F(X11PasteboardTest, ServesTheTextThatAnOwnerLeavesBehindAsTheSameChangeBut
 TEST_F(X11PasteboardTest, LendsPrimaryUntilTheUserSelectsSomething) {
     pasteboard_->lendPrimary("lent");
     EXPECT_EQ(peer_.paste("UTF8_STRING", "PRIMARY"), "lent");
-    pasteboard_->returnPrimary();
-    EXPECT_EQ(peer_.paste("UTF8_STRING", "PRIMARY"), std::nullopt);
-    pasteboard_->lendPrimary("lent again");
     TestPeer user;
     user.answers = {{"UTF8_STRING", TestAnswer::text("selected meanwhile")}};
     user.own("PRIMARY");

@@ -7,7 +7,6 @@
 #include <QFile>
 
 #include "platform/x11/X11KeyStates.h"
-#include "platform/x11/X11Windows.h"
 
 namespace brindle::x11test {
 
@@ -42,12 +41,9 @@ void Hands::moveKey(xcb_keycode_t key, bool isDown) {
     constexpr unsigned deviceKeyPress = 1;  // counted from the extension's first event
     constexpr unsigned deviceKeyRelease = 2;
     held_[key] = isDown;
-    send(connection_->firstEvent(xcb_input_id) + (isDown ? deviceKeyPress : deviceKeyRelease), key, 0, 0, keyboard_);
-}
-
-void Hands::send(unsigned type, std::uint8_t detail, int x, int y, std::uint8_t device) {
-    xcb_test_fake_input(connection_->get(), static_cast<std::uint8_t>(type), detail, XCB_CURRENT_TIME, XCB_WINDOW_NONE,
-                        static_cast<std::int16_t>(x), static_cast<std::int16_t>(y), device);
+    const auto type = connection_->firstEvent(xcb_input_id) + (isDown ? deviceKeyPress : deviceKeyRelease);
+    xcb_test_fake_input(connection_->get(), static_cast<std::uint8_t>(type), key, XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0,
+                        0, keyboard_);
     keysDown(*connection_);  // a round trip: the server has it
 }
 

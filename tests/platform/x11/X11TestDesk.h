@@ -26,7 +26,7 @@ constexpr xcb_keycode_t keySuperLeft = 133;
 constexpr xcb_keycode_t keyCapsLock = 66;
 constexpr xcb_keycode_t keyNumLock = 77;
 
-/// The hands of a user: a keyboard and a mouse of the server that are not those of XTEST. Held keys repeat.
+/// The hands of a user: a keyboard of the server that is not the one of XTEST. Held keys repeat.
 class Hands {
 public:
     Hands();
@@ -47,16 +47,12 @@ public:
         press(keys);
         release({keys.rbegin(), keys.rend()});
     }
-    void moveTo(int x, int y) { send(XCB_MOTION_NOTIFY, 0, x, y, 0); }
-    void pressButton(std::uint8_t button) { send(XCB_BUTTON_PRESS, button, 0, 0, 0); }
-    void releaseButton(std::uint8_t button) { send(XCB_BUTTON_RELEASE, button, 0, 0, 0); }
 
     [[nodiscard]] int keyboard() const { return keyboard_; }
     [[nodiscard]] const KeySet& held() const { return held_; }
 
 private:
     void moveKey(xcb_keycode_t key, bool isDown);
-    void send(unsigned type, std::uint8_t detail, int x, int y, std::uint8_t device);
 
     std::unique_ptr<X11Connection> connection_ = X11Connection::open();
     std::uint8_t keyboard_;

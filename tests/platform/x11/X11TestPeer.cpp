@@ -136,17 +136,6 @@ std::optional<std::string> TestPeer::paste(const std::string& target, const char
     return await([&] { return isAnswered_; }) ? arrived_ : "(no answer)";
 }
 
-std::vector<std::string> TestPeer::askForAtoms(const std::string& target) {
-    const auto bytes = paste(target).value_or("");
-    std::vector<std::string> names;
-    for (std::size_t at = 0; at + sizeof(xcb_atom_t) <= bytes.size(); at += sizeof(xcb_atom_t)) {
-        xcb_atom_t atom;
-        std::memcpy(&atom, bytes.data() + at, sizeof atom);
-        names.push_back(connection_->atomName(atom));
-    }
-    return names;
-}
-
 void TestPeer::handleNotify(const xcb_selection_notify_event_t& notice) {
     isAnswered_ = notice.property == XCB_ATOM_NONE;
     if (isAnswered_)

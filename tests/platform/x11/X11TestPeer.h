@@ -48,7 +48,6 @@ public:
     /// Asks the owner; `arrived` grows until it has answered, and is none after a refusal.
     void ask(const std::string& target = "UTF8_STRING", const char* selection = "CLIPBOARD");
     std::optional<std::string> paste(const std::string& target = "UTF8_STRING", const char* selection = "CLIPBOARD");
-    std::vector<std::string> askForAtoms(const std::string& target);
     [[nodiscard]] bool isAnswered() const { return isAnswered_; }
     [[nodiscard]] const std::optional<std::string>& arrived() const { return arrived_; }
 
