@@ -1,8 +1,5 @@
 #include "app/AppDelegate.h"
 
-#include "services/ClipboardMonitor.h"
-#include "services/HistoryManager.h"
-#include "services/SettingsManager.h"
 #include "support/DelegateTest.h"
 
 namespace brindle {

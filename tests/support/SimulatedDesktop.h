@@ -48,8 +48,7 @@ public:
 
     const ApplicationFacts facts;
     bool hasQuit = false;
-    bool refusesRequests = false;     ///< the desktop cannot even be asked
-    bool ignoresRequests = false;     ///< it can, and nothing comes of it
+    bool ignoresRequests = false;     ///< nothing comes of them
     double secondsToComeForward = 0;  ///< after it was asked to
 
 private:
@@ -68,7 +67,7 @@ public:
     }
     bool openUrl(std::string_view url) override {
         journal.add("open " + std::string(url));
-        return opensUrls;
+        return true;
     }
     std::optional<std::string> applicationPath(std::string_view bundleIdentifier) const override {
         return find(applicationPaths, bundleIdentifier);
@@ -104,7 +103,6 @@ public:
     SimulatedApplicationHandle frontmost() const { return stack_.empty() ? nullptr : stack_.back(); }
 
     Journal& journal;
-    bool opensUrls = true;
     Table applicationPaths;  ///< by bundle identifier
     Table icons;             ///< by path
 
@@ -116,9 +114,9 @@ private:
 
 inline bool SimulatedApplication::activate() {
     workspace_.journal.add("activate " + facts.localizedName.value_or("?"));
-    if (!refusesRequests && !ignoresRequests && !hasQuit)
+    if (!ignoresRequests && !hasQuit)
         workspace_.bringToFrontLater(shared_from_this());
-    return !refusesRequests;
+    return true;
 }
 
 /// This program.

@@ -98,17 +98,8 @@ public:
 
 class SimulatedColorSchemes final : public ColorSchemes {
 public:
-    ColorScheme systemColorScheme() const override { return scheme_; }
-    Subscription onChange(std::function<void()> observer) override { return changes_.subscribe(std::move(observer)); }
-
-    void prefer(ColorScheme scheme) {
-        scheme_ = scheme;
-        changes_.emit();
-    }
-
-private:
-    ColorScheme scheme_ = ColorScheme::light;
-    Signal<> changes_;
+    ColorScheme systemColorScheme() const override { return ColorScheme::light; }
+    Subscription onChange(std::function<void()> /*observer*/) override { return {}; }
 };
 
 class SimulatedSingleInstance final : public SingleInstance {

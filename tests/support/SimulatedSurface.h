@@ -60,7 +60,6 @@ public:
         journal_.add(printed("popover size %gx%g", points.width, points.height));
     }
     void setBehavior(PopoverBehavior behavior) override {
-        isTransient_ = behavior == PopoverBehavior::transient;
         journal_.add(printed("popover behavior %d", static_cast<int>(behavior)));
     }
     void setAnimates(bool animates) override {
@@ -86,10 +85,8 @@ public:
 
     /// What a transient popover does when the focus goes to another program.
     void closeByItself() {
-        if (!isShown_ || !isTransient_)
-            return;
-        isShown_ = false;
-        journal_.add("popover closed by itself");
+        if (std::exchange(isShown_, false))
+            journal_.add("popover closed by itself");
     }
 
 private:
@@ -97,7 +94,6 @@ private:
     SimulatedPopover*& place_;
     std::unique_ptr<PopoverContent> content_;
     Rect frame_;
-    bool isTransient_ = false;
     bool isShown_ = false;
 };
 

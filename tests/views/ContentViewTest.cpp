@@ -1,6 +1,5 @@
 #include "views/ContentView.h"
 
-#include "views/ContentPopover.h"
 #include "views/SymbolButton.h"
 #include "views/ViewTest.h"
 
@@ -31,28 +30,6 @@ TEST_F(ContentViewTest, RebuildsOnceForAnyNumberOfChanges) {
     settle();
     EXPECT_EQ(rebuilds, 1);
     EXPECT_THAT(shownTexts(), ElementsAre("fifth", "fourth", "first"));
-}
-
-TEST_F(ContentViewTest, IsDarkOrLightByTheStoredThemeAndTheDesktopAndTellsThePopover) {
-    ContentPopover content(history, monitor, settings);
-    static_cast<void>(content.widget());
-    int changes = 0;
-    const Subscription subscription = content.onColorSchemeChange([&] { ++changes; });
-    const auto expectScheme = [&](ColorScheme scheme, int changesUpToNow) {
-        settle();
-        EXPECT_EQ(pixel(view, {5, 5}), color(Role::surface, scheme));
-        EXPECT_EQ(content.colorScheme(), scheme);
-        EXPECT_EQ(changes, changesUpToNow);
-    };
-    expectScheme(ColorScheme::dark, 0);
-    sim.store.setString("appTheme", "Light");
-    expectScheme(ColorScheme::light, 1);
-    sim.store.setString("appTheme", "unknown");
-    expectScheme(ColorScheme::dark, 2);
-    settings.setAppTheme(AppTheme::system);
-    expectScheme(ColorScheme::light, 3);
-    sim.schemes.prefer(ColorScheme::dark);
-    expectScheme(ColorScheme::dark, 4);
 }
 
 TEST_F(ContentViewTest, LeavesTheSearchFieldWithoutTheKeyboardUntilItIsClicked) {

@@ -118,7 +118,7 @@ TEST_F(HistoryViewTest, ShowsTheSelectedTabAndWhatIsSearchedInIt) {
 TEST_F(HistoryViewTest, IsWorkedWithTheKeyboard) {
     fill(20);
     list().setFocus(Qt::TabFocusReason);
-    EXPECT_EQ(pixel(list(), {100, 3}), color(Role::focusRing, ColorScheme::dark));
+    EXPECT_EQ(list().grab().toImage().pixelColor(100, 3), color(Role::focusRing, ColorScheme::dark));
     EXPECT_EQ(list().focusedRow(), 0);
     const std::pair<Qt::Key, std::size_t> moves[] = {{Qt::Key_Up, 0},     {Qt::Key_Down, 1}, {Qt::Key_PageDown, 7},
                                                      {Qt::Key_PageUp, 1}, {Qt::Key_End, 22}, {Qt::Key_Down, 22},

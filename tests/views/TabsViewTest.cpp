@@ -132,7 +132,11 @@ TEST_F(TabsViewTest, IsDraggedWithoutSelecting) {
     TabButton& tab = *tabs()[2];
     const int before = tab.x();
     const QPoint start = tab.mapToGlobal(QPoint(20, 10));
-    const auto moveLeft = [&](int x) { drag(tab, tab.mapFromGlobal(start - QPoint(x, 0))); };
+    const auto moveLeft = [&](int x) {
+        const QPoint place = start - QPoint(x, 0);
+        QMouseEvent event(QEvent::MouseMove, tab.mapFromGlobal(place), place, Qt::NoButton, Qt::LeftButton, {});
+        QApplication::sendEvent(&tab, &event);
+    };
     QTest::mousePress(&tab, Qt::LeftButton, {}, QPoint(20, 10));
     moveLeft(5);
     EXPECT_EQ(tab.x(), before);

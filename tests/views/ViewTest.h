@@ -5,7 +5,6 @@
 #include <QApplication>
 #include <QMenu>
 #include <QTest>
-#include <QWheelEvent>
 
 #include "services/FocusDelegate.h"
 #include "views/ContentView.h"
@@ -114,11 +113,6 @@ protected:
         }
         return names;
     }
-    static void drag(QWidget& widget, QPoint place) {
-        QMouseEvent event(QEvent::MouseMove, place, widget.mapToGlobal(place), Qt::NoButton, Qt::LeftButton, {});
-        QApplication::sendEvent(&widget, &event);
-    }
-    static QColor pixel(QWidget& widget, QPoint place) { return widget.grab().toImage().pixelColor(place); }
 
     QPoint middleOfRow(std::size_t row) { return list().rowRect(row).center(); }
     void click(std::size_t row, Qt::MouseButton button = Qt::LeftButton) {
