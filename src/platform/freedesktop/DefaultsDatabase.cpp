@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cstdio>
+#include <utility>
 
 #include "platform/freedesktop/DefaultsFile.h"
 #include "platform/freedesktop/Files.h"
@@ -69,11 +70,32 @@ bool isDamage(int code) {
     return (code & 0xFF) == SQLITE_CORRUPT || (code & 0xFF) == SQLITE_NOTADB;
 }
 
+/// Those of the row's first column; none when they cannot be read.
+std::optional<std::string> bytesOf(sqlite3_stmt* row) {
+    // A blob first: asking a text for its size alone would convert it.
+    const auto* start = static_cast<const char*>(sqlite3_column_blob(row, 0));
+    const auto size = static_cast<std::size_t>(sqlite3_column_bytes(row, 0));
+    if (start == nullptr && size > 0)
+        return std::nullopt;
+    return std::string(start != nullptr ? start : "", size);
+}
+
+std::optional<KeptDefaultsValue> valueOf(sqlite3_stmt* row) {
+    using Kind = DefaultsValue::Kind;
+    const int type = sqlite3_column_type(row, 0);
+    if (type == SQLITE_INTEGER)
+        return KeptDefaultsValue{Kind::integer, {}, sqlite3_column_int64(row, 0)};
+    auto bytes = type == SQLITE_BLOB || type == SQLITE_TEXT ? bytesOf(row) : std::nullopt;
+    if (!bytes)
+        return std::nullopt;
+    return KeptDefaultsValue{type == SQLITE_BLOB ? Kind::data : Kind::string, std::move(*bytes)};
+}
+
 }  // namespace
 
 DefaultsDatabase::Opening DefaultsDatabase::open(const std::string& path) {
     if (auto obstacle = defaultsfile::obstacle(path))
-        return {Outcome::blocked, std::move(*obstacle), nullptr};
+        return {Outcome::unusable, std::move(*obstacle), nullptr};
     const bool isNew = !defaultsfile::exists(path);
     const int error = defaultsfile::secure(path);
     if (error != 0 && isNew)
@@ -165,13 +187,8 @@ int DefaultsDatabase::checkSchema(std::string& objection) {
 std::optional<std::string> DefaultsDatabase::bytes(std::string_view key, DefaultsValue::Kind kind) {
     std::optional<std::string> found;
     const int type = kind == DefaultsValue::Kind::data ? SQLITE_BLOB : SQLITE_TEXT;
-    if (seek(key) && sqlite3_column_type(select_.get(), 0) == type) {
-        // A blob first: asking a text for its size alone would convert it.
-        const auto* start = static_cast<const char*>(sqlite3_column_blob(select_.get(), 0));
-        const auto size = static_cast<std::size_t>(sqlite3_column_bytes(select_.get(), 0));
-        if (start != nullptr || size == 0)
-            found.emplace(start != nullptr ? start : "", size);
-    }
+    if (seek(key) && sqlite3_column_type(select_.get(), 0) == type)
+        found = bytesOf(select_.get());
     sqlite3_reset(select_.get());
     return found;
 }
@@ -181,6 +198,30 @@ std::optional<std::int64_t> DefaultsDatabase::integer(std::string_view key) {
     if (seek(key) && sqlite3_column_type(select_.get(), 0) == SQLITE_INTEGER)
         found = sqlite3_column_int64(select_.get(), 0);
     sqlite3_reset(select_.get());
+    return found;
+}
+
+KeptDefaults DefaultsDatabase::salvage() {
+    std::vector<std::string> keys;  // at first: met damage ends every statement that runs
+    Statement statement;
+    if (prepare("SELECT key FROM defaults", statement) != SQLITE_OK)
+        return {};
+    while (sqlite3_step(statement.get()) == SQLITE_ROW)
+        keys.push_back(bytesOf(statement.get()).value_or(""));
+
+    // By the sign in front of the key the row is looked for by walking: a lookup reads other rows' values on its way,
+    // and fails of their damage.
+    KeptDefaults found;
+    if (prepare("SELECT value FROM defaults WHERE +key = ?1", statement) != SQLITE_OK)
+        return {};
+    for (const auto& key : keys) {
+        sqlite3_bind_text64(statement.get(), 1, key.data(), key.size(), SQLITE_STATIC, SQLITE_UTF8);
+        if (sqlite3_step(statement.get()) == SQLITE_ROW) {
+            if (auto value = valueOf(statement.get()))
+                found.emplace(key, std::move(*value));
+        }
+        sqlite3_reset(statement.get());
+    }
     return found;
 }
 

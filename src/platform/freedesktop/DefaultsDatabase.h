@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -19,6 +21,17 @@ struct DefaultsValue {
     std::string_view bytes;
     std::int64_t number = 0;
 };
+
+/// A value that owns its bytes.
+struct KeptDefaultsValue {
+    DefaultsValue::Kind kind;
+    std::string bytes;
+    std::int64_t number = 0;
+
+    [[nodiscard]] DefaultsValue value() const { return {kind, bytes, number}; }
+};
+
+using KeptDefaults = std::map<std::string, KeptDefaultsValue, std::less<>>;
 
 struct DefaultsRow {
     std::string_view key;
@@ -45,6 +58,9 @@ public:
     [[nodiscard]] bool isReadOnly() const { return isReadOnly_; }
     /// An operation met damage; from then on the file is to be closed and moved aside.
     [[nodiscard]] bool isDamaged() const { return isDamaged_; }
+
+    /// What can still be read of a damaged file.
+    [[nodiscard]] KeptDefaults salvage();
 
     /// None when the key is absent or has a value of another kind.
     [[nodiscard]] std::optional<std::string> bytes(std::string_view key, DefaultsValue::Kind kind);

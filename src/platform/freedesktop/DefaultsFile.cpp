@@ -76,7 +76,8 @@ std::optional<std::string> moveAside(const std::string& path) {
     const std::string name = datedName(path);
     for (const char* each : companions)
         std::rename((path + each).c_str(), (name + each).c_str());  // mostly there are none
-    return std::rename(path.c_str(), name.c_str()) == 0 ? std::optional(name) : std::nullopt;
+    // What stood in the way may have been a companion alone.
+    return std::rename(path.c_str(), name.c_str()) == 0 || !exists(path) ? std::optional(name) : std::nullopt;
 }
 
 }  // namespace brindle::defaultsfile

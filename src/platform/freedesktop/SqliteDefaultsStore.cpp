@@ -59,15 +59,18 @@ bool SqliteDefaultsStore::moveAside(const std::string& reason) const {
     return name.has_value();
 }
 
-/// Not every damage shows when the file is opened.
+/// Not every damage shows when the file is opened. What is still readable goes into the new file.
 void SqliteDefaultsStore::leaveDamaged() const {
     if (!database_ || !database_->isDamaged())
         return;
+    unsaved_.merge(database_->salvage());
     database_.reset();
     if (moveAside("it is damaged"))
         open();
     else
         trouble_ = "the file is damaged";
+    if (database_ && !unsaved_.empty() && !database_->write(unsavedRows()))
+        unsaved_.clear();
 }
 
 std::optional<std::string> SqliteDefaultsStore::data(std::string_view key) const {
@@ -82,16 +85,20 @@ std::optional<std::string> SqliteDefaultsStore::bytes(std::string_view key, Kind
     if (const auto kept = unsaved_.find(key); kept != unsaved_.end())
         return kept->second.kind == kind ? std::optional(kept->second.bytes) : std::nullopt;
     auto found = database_ ? database_->bytes(key, kind) : std::nullopt;
+    if (!database_ || !database_->isDamaged())
+        return found;
     leaveDamaged();
-    return found;
+    return bytes(key, kind);
 }
 
 std::int64_t SqliteDefaultsStore::integer(std::string_view key) const {
     if (const auto kept = unsaved_.find(key); kept != unsaved_.end())
         return kept->second.number;
     const auto found = database_ ? database_->integer(key) : std::nullopt;
+    if (!database_ || !database_->isDamaged())
+        return found.value_or(0);
     leaveDamaged();
-    return found.value_or(0);
+    return integer(key);
 }
 
 bool SqliteDefaultsStore::boolean(std::string_view key) const {
@@ -120,9 +127,11 @@ Subscription SqliteDefaultsStore::onChange(std::function<void(std::string_view)>
 
 void SqliteDefaultsStore::set(const DefaultsRow& row) {
     if (database_ && database_->isTooLarge(row)) {
-        log("Cannot store " + std::string(row.key) + ": it is too large");
+        if (tooLarge_.emplace(row.key).second)
+            log("Cannot store " + std::string(row.key) + ": it is too large");
         return;
     }
+    tooLarge_.erase(std::string(row.key));
     const bool wasFine = trouble_.empty();
     unsaved_.erase(std::string(row.key));
     if (auto failure = save(row)) {
@@ -143,19 +152,22 @@ std::optional<std::string> SqliteDefaultsStore::save(const DefaultsRow& row) {
         reopenAfterTrouble();
     if (!database_)
         return trouble_;
-    auto rows = unsavedRows();
-    rows.push_back(row);
-    auto failure = database_->write(rows);
+    const auto rows = [&] {
+        auto all = unsavedRows();
+        all.push_back(row);
+        return all;
+    };
+    auto failure = database_->write(rows());
     if (!failure || !database_->isDamaged())
         return failure;
     leaveDamaged();
-    return database_ ? database_->write(rows) : failure;
+    return database_ ? database_->write(rows()) : failure;
 }
 
 std::vector<DefaultsRow> SqliteDefaultsStore::unsavedRows() const {
     std::vector<DefaultsRow> rows;
     for (const auto& [key, kept] : unsaved_)
-        rows.push_back({key, {kept.kind, kept.bytes, kept.number}});
+        rows.push_back({key, kept.value()});
     return rows;
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include <functional>
-#include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -39,14 +39,6 @@ public:
 
 private:
     using Kind = DefaultsValue::Kind;
-    /// What a value's write needs after its caller is gone.
-    struct Kept {
-        Kind kind;
-        std::string bytes;
-        std::int64_t number;
-    };
-    using Unsaved = std::map<std::string, Kept, std::less<>>;
-
     void open() const;
     void reopenAfterTrouble();
     bool moveAside(const std::string& reason) const;
@@ -62,7 +54,8 @@ private:
     mutable std::unique_ptr<DefaultsDatabase> database_;
     mutable std::string trouble_;  // what keeps values from being saved; empty: nothing
     mutable bool isMissing_ = false;
-    Unsaved unsaved_;
+    mutable KeptDefaults unsaved_;
+    std::set<std::string, std::less<>> tooLarge_;  // keys of values that were refused, until one is not
     Signal<std::string_view> changes_;
 };
 

@@ -98,7 +98,7 @@ TEST(FaultyFileTest, CostsOneLineAndNeverTheProgram) {
     struct Fault {
         const char* name;
         void (*make)(const std::string& path);
-        bool isMovedAside = true;
+        bool isFile = true;
     };
     const Fault faults[] = {
         {"damaged header", [](auto& path) { makeStore(path), overwrite(path, 0, 200); }},
@@ -109,6 +109,7 @@ TEST(FaultyFileTest, CostsOneLineAndNeverTheProgram) {
          [](auto& path) { run(path, "CREATE TABLE defaults (key TEXT PRIMARY KEY, value); PRAGMA user_version = 1"); }},
         {"folder", [](auto& path) { fs::create_directory(path); }, false},
         {"fifo", [](auto& path) { ::mkfifo(path.c_str(), 0600); }, false},
+        {"link to nowhere", [](auto& path) { fs::create_symlink("nowhere", path); }, false},
         {"log is a folder", [](auto& path) { makeStore(path), fs::create_directory(path + "-wal"); }, false},
     };
     for (const auto& fault : faults) {
@@ -116,7 +117,7 @@ TEST(FaultyFileTest, CostsOneLineAndNeverTheProgram) {
         const Scratch scratch;
         const auto path = scratch / databaseName;
         fault.make(path);
-        const auto before = fault.isMovedAside ? read(path) : "";
+        const auto before = fault.isFile ? read(path) : "";
         const LogLines log;
         {
             SqliteDefaultsStore store(scratch.path());
@@ -125,12 +126,31 @@ TEST(FaultyFileTest, CostsOneLineAndNeverTheProgram) {
             EXPECT_THAT(store.data("key25"), Optional(StrEq("new")));
         }
         ASSERT_THAT(log.lines, ElementsAre(HasSubstr(databaseName)));
-        if (!fault.isMovedAside)
-            continue;
         EXPECT_THAT(SqliteDefaultsStore(scratch.path()).data("key25"), Optional(StrEq("new")));
         EXPECT_THAT(log.lines, SizeIs(1));
-        EXPECT_EQ(read(log.lines[0].substr(log.lines[0].find("now ") + 4)), before);
+        const auto aside = log.lines[0].substr(log.lines[0].find("now ") + 4);
+        EXPECT_TRUE(fault.isFile ? read(aside) == before : fs::exists(fs::symlink_status(aside)));
     }
+}
+
+TEST_F(SqliteDefaultsStoreTest, TakesOverWhatCanBeReadOfADamagedFile) {
+    {
+        SqliteDefaultsStore store(scratch_.path());
+        store.setData("a", std::string(100'000, 'a'));
+        store.setData("b", "lists");
+        store.setInteger("c", 7);
+        store.setString("d", "Light");
+    }
+    const auto text = read(file());
+    overwrite(file(), static_cast<std::streamoff>(text.find("aaaa", text.size() / 2)) / 16384 * 16384, 4);
+    for (int start = 0; start < 2; ++start) {
+        const SqliteDefaultsStore store(scratch_.path());
+        EXPECT_THAT(store.string("d"), Optional(StrEq("Light")));
+        EXPECT_THAT(store.data("b"), Optional(StrEq("lists")));
+        EXPECT_EQ(store.integer("c"), 7);
+        EXPECT_EQ(store.data("a"), std::nullopt);
+    }
+    EXPECT_THAT(log_.lines, ElementsAre(HasSubstr("it is damaged")));
 }
 
 TEST_F(SqliteDefaultsStoreTest, ComesThroughEveryCutAndFlippedBit) {
@@ -179,7 +199,7 @@ TEST_F(SqliteDefaultsStoreTest, SharesItsFileWithAnotherProgramAndWaitsOutItsLoc
     EXPECT_EQ(other.integer("held") + other.integer("next"), 3);
 }
 
-TEST_F(SqliteDefaultsStoreTest, LeavesAFileOfSomebodyElseAlone) {
+TEST_F(SqliteDefaultsStoreTest, MovesAFileOfSomebodyElseAside) {
     if (::geteuid() != 0)
         GTEST_SKIP() << "only root can make such a file";
     makeStore(file());
@@ -188,8 +208,8 @@ TEST_F(SqliteDefaultsStoreTest, LeavesAFileOfSomebodyElseAlone) {
     SqliteDefaultsStore store(scratch_.path());
     store.setInteger("key", 2);
     EXPECT_EQ(store.integer("key"), 2);
-    EXPECT_THAT(log_.lines, ElementsAre(HasSubstr("belongs to somebody else")));
-    EXPECT_TRUE(read(file()) == before);
+    ASSERT_THAT(log_.lines, ElementsAre(HasSubstr("belongs to somebody else")));
+    EXPECT_TRUE(read(log_.lines[0].substr(log_.lines[0].find("now ") + 4)) == before);
 }
 
 }  // namespace
