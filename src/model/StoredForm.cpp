@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bitset>
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
@@ -42,8 +43,8 @@ struct Unusable {};
 using Value = std::variant<std::monostate, bool, double, std::string, Unusable>;
 using Values = std::array<Value, itemKeys.size()>;
 
-/// Takes an array of objects apart and hands each object's values under the known keys (of equal keys the last) to
-/// `take`, which says whether they will do. Whatever stands under other keys is passed over.
+/// Takes an array of objects apart and hands each object's values under the known keys to `take`, which says whether
+/// they will do; an object that has one of them twice will not. Whatever stands under other keys is passed over.
 class ObjectsHandler : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, ObjectsHandler> {
 public:
     ObjectsHandler(std::span<const std::string_view> keys, std::function<bool(Values&)> take)
@@ -69,15 +70,21 @@ public:
         return true;
     }
     bool StartObject() {
-        if (depth_ == outermost + 1)
+        if (depth_ == outermost + 1) {
             values_.fill({});
+            seen_.reset();
+        }
         return open(outermost + 1);
     }
     bool EndObject(SizeType /*count*/) { return --depth_ != outermost + 1 || take_(values_); }
     bool Key(const char* name, SizeType length, bool /*copy*/) {
-        if (depth_ == withinObject)
-            current_ = std::find(keys_.begin(), keys_.end(), std::string_view(name, length)) - keys_.begin();
-        return true;
+        if (depth_ != withinObject)
+            return true;
+        current_ = std::find(keys_.begin(), keys_.end(), std::string_view(name, length)) - keys_.begin();
+        const bool isRepeated = isWanted() && seen_.test(current_);
+        if (isWanted())
+            seen_.set(current_);
+        return !isRepeated;
     }
 
 private:
@@ -103,6 +110,7 @@ private:
     std::span<const std::string_view> keys_;
     std::function<bool(Values&)> take_;
     Values values_;
+    std::bitset<itemKeys.size()> seen_;  // the keys of the object so far
     std::size_t current_;
     std::size_t depth_ = outermost;  // arrays and objects that are open
 };
