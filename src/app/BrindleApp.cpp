@@ -1,11 +1,13 @@
 #include "app/BrindleApp.h"
 
 #include <sys/prctl.h>
+#include <sys/resource.h>
 #include <xcb/xcb.h>
 
 #include <QApplication>
 #include <QIcon>
 #include <QTimer>
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
@@ -32,13 +34,20 @@ bool isServerReachable() {
     return isReachable;
 }
 
-/// What people copy must neither land in a core dump nor be read out of this process by their other programs. A limit
-/// of the dump's size would not do: it does not hold for a collector, and the programs that we start inherit it.
-/// Not at once: a portal looks at /proc/PID/root of whoever asks it for the first time, and refuses those whose it
-/// cannot see.
-void keepMemoryPrivateSoon() {
+/// What people copy must neither land in a core dump nor be read out of this process by their other programs. Until
+/// the process can be kept from both, a limit of one byte refuses the dump (core(5): to a file it is too small, and to
+/// a collector it means none); the programs that we start inherit limits, so that it does not stay. Not at once: a
+/// portal looks at /proc/PID/root of whoever asks it for the first time, and refuses those whose it cannot see.
+void keepMemoryPrivate() {
     constexpr std::chrono::seconds portalMayTake{5};  // it may have to be started for our question
-    QTimer::singleShot(portalMayTake, [] { ::prctl(PR_SET_DUMPABLE, 0, 0, 0, 0); });
+    rlimit before{};
+    ::getrlimit(RLIMIT_CORE, &before);
+    const rlimit none{std::min<rlim_t>(1, before.rlim_max), before.rlim_max};
+    ::setrlimit(RLIMIT_CORE, &none);
+    QTimer::singleShot(portalMayTake, [before] {
+        ::prctl(PR_SET_DUMPABLE, 0, 0, 0, 0);
+        ::setrlimit(RLIMIT_CORE, &before);
+    });
 }
 
 bool isWaylandSession() {
@@ -110,7 +119,7 @@ int BrindleApp::run(char** argv) {
     // The icon theme is read when there is time for it: no window of the start shows this one.
     QTimer::singleShot(0, [] { QApplication::setWindowIcon(QIcon::fromTheme(FreedesktopBundle::identifier)); });
     neverStartSessionBus();
-    keepMemoryPrivateSoon();
+    keepMemoryPrivate();
     const auto desktop = X11Platform::create();
     if (!desktop)
         return EXIT_FAILURE;  // the server went between the two looks at it
