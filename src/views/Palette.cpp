@@ -66,7 +66,6 @@ constexpr std::array<Entry, roleCount> palette = {{
     {Role::segmentChosen, {"475569"}, {white}},
     {Role::segmentText, {"CBD5E1"}, {"475569"}},
     {Role::switchOff, {"475569"}, {"CBD5E1"}},
-    {Role::hairline, {"3B4A60"}, {"CBD5E1"}},
     {Role::scrollThumb, {"94A3B8", 0.45}, {"64748B", 0.40}},
     {Role::scrollThumbHover, {"94A3B8", 0.70}, {"64748B", 0.65}},
     {Role::rule, {"334155"}, {"CBD5E1"}},

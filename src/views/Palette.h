@@ -6,7 +6,8 @@
 
 namespace brindle {
 
-/// What a colour is for. Every colour of the interface comes from here.
+/// What a colour is for. Every colour of the interface but shadows and the window's edge
+/// comes from here.
 enum class Role {
     // The theme
     surface,
@@ -50,7 +51,6 @@ enum class Role {
     segmentChosen,
     segmentText,
     switchOff,
-    hairline,  ///< just inside the window's edge
     scrollThumb,
     scrollThumbHover,
     rule,
