@@ -27,7 +27,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     createStatusItem();
     auto& hotKey = HotKeyManager::shared();
     hotKey.registerHotKey(static_cast<std::uint32_t>(VirtualKey::v), hotKeyModifiers::command | hotKeyModifiers::shift);
-    hotKey.setOnTrigger(weakly(&AppDelegate::togglePopover));
+    hotKey.setOnTrigger(weakly(&AppDelegate::togglePopoverAfterPaste));
 }
 
 void AppDelegate::quitApp() {

@@ -41,6 +41,9 @@ public:
     // Status item and popover
     void handleStatusItemClick();
     void togglePopover();
+    /// The same for what the user does. An opening waits until a paste under way has gone out: the popover would close
+    /// it or, in front by then, take its chord.
+    void togglePopoverAfterPaste();
     [[nodiscard]] bool isPopoverShown() const override;
     void performClosePopover() override;
     void closePopover() override;

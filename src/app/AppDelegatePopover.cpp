@@ -2,6 +2,7 @@
 
 #include "platform/Bundle.h"
 #include "platform/MouseMonitor.h"
+#include "services/PasteService.h"
 
 namespace brindle {
 
@@ -49,7 +50,7 @@ Menu AppDelegate::makeQuitMenu() {
 void AppDelegate::handleStatusItemClick() {
     auto* const button = statusButton();
     if (!button || platform().application().currentEvent() != EventType::rightMouseUp) {
-        togglePopover();
+        togglePopoverAfterPaste();
         return;
     }
     statusItem_->setMenu(makeQuitMenu());
@@ -73,6 +74,13 @@ void AppDelegate::togglePopover() {
     removeGlobalMouseUpMonitor();
     globalMouseUpMonitor_ = platform().mouseMonitor().addGlobalMonitor(leftMouseUpMask | rightMouseUpMask,
                                                                        weakly(&AppDelegate::handleOutsideClick));
+}
+
+void AppDelegate::togglePopoverAfterPaste() {
+    if (isPopoverShown())
+        togglePopover();
+    else
+        PasteService::afterPaste(weakly(&AppDelegate::togglePopover));
 }
 
 void AppDelegate::handleOutsideClick() {

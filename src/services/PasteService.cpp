@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "base/Log.h"
 #include "platform/KeyEvents.h"
@@ -35,9 +36,18 @@ constexpr double postUnlockDelay = 0.05;
 constexpr std::array<unsigned, 3> pausesInMicroseconds = {8000, 12000, 8000};
 
 bool isLocked = false;
+int sequencesUnderWay = 0;  // the lock tells less: it goes after a second and is there without a sequence
+std::vector<std::function<void()>> stepsAfterPaste;
 
 void scheduleUnlock(double delay) {
     platform().mainQueue().after(delay, [] { isLocked = false; });
+}
+
+void endSequence() {
+    if (--sequencesUnderWay > 0)
+        return;
+    for (const auto& step : std::exchange(stepsAfterPaste, {}))
+        step();
 }
 
 void closeAndHide() {
@@ -84,13 +94,18 @@ void sendCommandV() {
     closeAndHide();
 }
 
+void sendAndUnlock() {
+    sendCommandV();
+    scheduleUnlock(postUnlockDelay);
+    platform().mainQueue().after(postUnlockDelay, endSequence);
+}
+
 void finishPaste(bool switched) {
     if (!switched)
         log("⚠️ Frontmost app did not switch to target in time. Sending paste anyway as fallback.");
     const auto frontmost = platform().workspace().frontmostApplication();
     log("🔎 Frontmost before paste: " + shortName(frontmost) + " (" + bundleIdentifier(frontmost).value_or("nil") + ")");
-    sendCommandV();
-    scheduleUnlock(postUnlockDelay);
+    sendAndUnlock();
 }
 
 /// Two processes that are not known are not the same one.
@@ -119,8 +134,7 @@ void pollFrontmost(const std::optional<std::string>& targetIdentifier, std::int3
 void waitForTargetAndPaste(const RunningApplicationHandle& target) {
     if (!target) {
         log("⚠️ No target app resolved. Sending paste as fallback.");
-        sendCommandV();
-        scheduleUnlock(postUnlockDelay);
+        sendAndUnlock();
         return;
     }
     log("⏳ Waiting for frontmost to become: " + fullName(target));
@@ -177,10 +191,18 @@ void PasteService::paste() {
     }
     auto& queue = platform().mainQueue();
     const auto target = resolvePasteTarget();
+    ++sequencesUnderWay;
     queue.after(closingDelay, closeAndHide);
     queue.after(activationDelay, activateTarget);
     queue.after(waitDelay, [target] { waitForTargetAndPaste(target); });
     scheduleUnlock(callUnlockDelay);
+}
+
+void PasteService::afterPaste(std::function<void()> step) {
+    if (sequencesUnderWay > 0)
+        stepsAfterPaste.push_back(std::move(step));
+    else
+        step();
 }
 
 }  // namespace brindle

@@ -214,6 +214,29 @@ TEST_F(PasteServiceTest, WithoutTrustNothingHappensForASecond) {
     EXPECT_FALSE(isRefused());
 }
 
+TEST_F(PasteServiceTest, APopoverAskedForMeanwhileOpensWhenTheChordIsOut) {
+    launch();
+    const auto editor = workIn("TextEdit");
+    for (const double moment : {0.0, 0.02, 0.05, 0.09, 0.105, 0.15}) {
+        PasteService::paste();
+        sim.queue.advance(moment);
+        sim.shortcuts.press(9, 0x300);
+        sim.queue.advance(0.187 - moment);
+        EXPECT_FALSE(delegate->isPopoverShown()) << moment;
+        EXPECT_THAT(sim.journal.take(), Contains("TextEdit pastes: abc")) << moment;
+        sim.queue.advance(0.001);
+        EXPECT_TRUE(delegate->isPopoverShown()) << moment;
+        sim.queue.advance(1);
+        PasteService::paste();
+        sim.shortcuts.press(9, 0x300);
+        EXPECT_FALSE(delegate->isPopoverShown()) << "one that is open closes at once";
+        sim.queue.advance(1);
+        EXPECT_FALSE(delegate->isPopoverShown());
+        sim.desktop.bringToFront(editor);
+        sim.journal.take();
+    }
+}
+
 TEST_F(PasteServiceTest, AWaitingSequenceIsJoinedByAnotherOneAfterASecond) {
     const auto editor = sim.desktop.launch("TextEdit");
     editor->ignoresRequests = true;
