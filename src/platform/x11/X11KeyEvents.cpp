@@ -74,8 +74,11 @@ std::vector<xcb_keycode_t> keysOf(PasteChord chord, const X11Keyboard& keyboard)
 
 }  // namespace
 
-X11KeyEvents::X11KeyEvents(X11Connection& connection, PrimaryLoan primary)
-    : connection_(connection), keyboard_(connection, x11SyntheticKeyboard(connection)), primary_(std::move(primary)) {
+X11KeyEvents::X11KeyEvents(X11Connection& connection, const X11Keyboard& fingers, PrimaryLoan primary)
+    : connection_(connection),
+      fingers_(fingers),
+      keyboard_(connection, x11SyntheticKeyboard(connection)),
+      primary_(std::move(primary)) {
     loan_.setSingleShot(true);
     QObject::connect(&loan_, &QTimer::timeout, [this] { primary_.giveBack(); });
     if (connection_.hasExtension(xcb_input_id))
@@ -132,9 +135,10 @@ void X11KeyEvents::postPaste() {
 }
 
 void X11KeyEvents::takeUp(const X11KeyStates& states, xcb_keycode_t lastKey) {
-    if ((states.core | states.synthetic)[lastKey])
-        fake(XCB_KEY_RELEASE, lastKey);
-    // A hot key or tap whose key is still down has the keyboard; the chord would come to us.
+    // A hot key or tap whose key is still down has the keyboard: the chord would come to us. It must also learn that
+    // the key goes up, because the chord ends the server's repeats.
+    const KeySet lettersDown = KeySet().set(lastKey).set(fingers_.vKey()) & (states.core | states.synthetic);
+    letGo(lettersDown);
     xcb_ungrab_keyboard(connection_.get(), XCB_CURRENT_TIME);
     letGo((states.core | states.synthetic) & keyboard_.modifierKeys());
 }

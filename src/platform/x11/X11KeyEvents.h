@@ -27,7 +27,8 @@ struct PrimaryLoan {
 /// elsewhere, are taken up for the chord and put down again right after it.
 class X11KeyEvents : public KeyEvents {
 public:
-    X11KeyEvents(X11Connection& connection, PrimaryLoan primary);
+    /// `fingers` is the keyboard that shortcuts are pressed on.
+    X11KeyEvents(X11Connection& connection, const X11Keyboard& fingers, PrimaryLoan primary);
     ~X11KeyEvents() override;
 
     [[nodiscard]] std::unique_ptr<KeyEventSource> createSource(EventSourceState state) override;
@@ -46,6 +47,7 @@ private:
     void fake(std::uint8_t type, xcb_keycode_t key);
 
     X11Connection& connection_;
+    const X11Keyboard& fingers_;
     X11Keyboard keyboard_;  // the one that XTEST presses, whose layout the chord is read in
     PrimaryLoan primary_;
     QTimer loan_;

@@ -17,7 +17,8 @@ X11KeyGrabs::X11KeyGrabs(X11Connection& connection, const X11Keyboard& keyboard,
       keyboard_(keyboard),
       combination_(combination),
       others_(others),
-      handler_(std::move(handler)) {
+      handler_(std::move(handler)),
+      repeat_(connection, keyboard, [this] { deliverRepeat(); }) {
     keyboardChanges_ = keyboard_.onChange([this] { followKeyboard(); });
     presses_ = connection_.onEvent(XCB_KEY_PRESS, [this](const auto& event) {
         handlePress(reinterpret_cast<const xcb_key_press_event_t&>(event));
@@ -94,19 +95,35 @@ void X11KeyGrabs::followKeyboard() {
 }
 
 void X11KeyGrabs::handlePress(const xcb_key_press_event_t& event) {
-    const auto modifiers = static_cast<std::uint16_t>(event.state & allModifiers);
-    if (event.detail != key_ || std::find(held_.begin(), held_.end(), modifiers) == held_.end())
+    if (event.detail != key_)
         return;
-    const bool isCommand = (modifiers & keyboard_.superMask()) != 0;
-    const bool isControl = (modifiers & XCB_MOD_MASK_CONTROL) != 0;
     // The server repeats a key as a release and a press of the same millisecond.
-    handler_(
-        {(isCommand ? eventFlags::command : 0) | (isControl ? eventFlags::control : 0), event.time == lastRelease_});
+    const bool isAutoRepeat = event.time == lastRelease_;
+    repeat_.notePress(key_, isAutoRepeat);
+    deliver(event.state, isAutoRepeat);
 }
 
 void X11KeyGrabs::handleRelease(const xcb_key_release_event_t& event) {
-    if (event.detail == key_)
-        lastRelease_ = event.time;
+    if (event.detail != key_)
+        return;
+    lastRelease_ = event.time;
+    repeat_.noteRelease();
+}
+
+void X11KeyGrabs::deliver(std::uint16_t state, bool isAutoRepeat) {
+    const auto modifiers = static_cast<std::uint16_t>(state & allModifiers);
+    if (std::find(held_.begin(), held_.end(), modifiers) == held_.end())
+        return;
+    const bool isCommand = (modifiers & keyboard_.superMask()) != 0;
+    const bool isControl = (modifiers & XCB_MOD_MASK_CONTROL) != 0;
+    handler_({(isCommand ? eventFlags::command : 0) | (isControl ? eventFlags::control : 0), isAutoRepeat});
+}
+
+void X11KeyGrabs::deliverRepeat() {
+    const XcbPointer<xcb_query_pointer_reply_t> pointer(
+        xcb_query_pointer_reply(connection_.get(), xcb_query_pointer(connection_.get(), connection_.root()), nullptr));
+    if (pointer)
+        deliver(pointer->mask, true);
 }
 
 }  // namespace brindle

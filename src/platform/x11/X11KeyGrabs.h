@@ -6,6 +6,7 @@
 
 #include "base/Signal.h"
 #include "platform/x11/X11Connection.h"
+#include "platform/x11/X11KeyRepeat.h"
 #include "platform/x11/X11Keyboard.h"
 
 namespace brindle {
@@ -27,8 +28,8 @@ struct X11KeyPress {
 };
 
 /// Passive grabs of one combination in all its variants; they follow the keyboard's layout and end with this object.
-/// While the key stays down the grab keeps the keyboard, so that nobody else sees its repeats or its release. Main
-/// thread.
+/// While the key stays down the grab keeps the keyboard, so that nobody else sees its repeats or its release. They go
+/// on when the key was released for the finger that holds it and the grab ended with that. Main thread.
 class X11KeyGrabs {
 public:
     X11KeyGrabs(X11Connection& connection, const X11Keyboard& keyboard, X11Combination combination,
@@ -49,6 +50,8 @@ private:
     void followKeyboard();
     void handlePress(const xcb_key_press_event_t& event);
     void handleRelease(const xcb_key_release_event_t& event);
+    void deliver(std::uint16_t state, bool isAutoRepeat);
+    void deliverRepeat();
 
     X11Connection& connection_;
     const X11Keyboard& keyboard_;
@@ -62,6 +65,7 @@ private:
     std::uint16_t accepted_ = 0;
     std::vector<std::uint16_t> held_;  // the modifiers of each grab that the server gave us
     xcb_timestamp_t lastRelease_ = 0;
+    X11KeyRepeat repeat_;
 
     Subscription keyboardChanges_;
     Subscription presses_;

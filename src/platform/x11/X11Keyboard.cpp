@@ -128,6 +128,18 @@ std::optional<xcb_keycode_t> X11Keyboard::keyFor(xkb_keysym_t symbol, xkb_layout
     return std::nullopt;
 }
 
+std::optional<KeyRepeat> X11Keyboard::repeatOf(xcb_keycode_t key) const {
+    if (device_ < 0)
+        return std::nullopt;
+    const XcbPointer<xcb_xkb_get_controls_reply_t> controls(xcb_xkb_get_controls_reply(
+        connection_.get(), xcb_xkb_get_controls(connection_.get(), XCB_XKB_ID_USE_CORE_KBD), nullptr));
+    if (!controls || (controls->enabledControls & XCB_XKB_BOOL_CTRL_REPEAT_KEYS) == 0 ||
+        ((controls->perKeyRepeat[key / 8] >> (key % 8)) & 1U) == 0 || controls->repeatInterval == 0)
+        return std::nullopt;
+    return KeyRepeat{std::chrono::milliseconds(controls->repeatDelay),
+                     std::chrono::milliseconds(controls->repeatInterval)};
+}
+
 bool X11Keyboard::types(xcb_keycode_t key, xkb_keysym_t symbol) const {
     const xkb_keysym_t* symbols = nullptr;
     return keymap_ && xkb_keymap_key_get_syms_by_level(keymap_.get(), key, 0, 0, &symbols) == 1 && symbols[0] == symbol;

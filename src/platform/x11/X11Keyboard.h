@@ -5,6 +5,7 @@
 
 #include <QTimer>
 #include <bitset>
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -20,6 +21,12 @@ class X11Connection;
 /// A set of X key codes.
 using KeySet = std::bitset<256>;
 
+/// When a key that stays down comes again.
+struct KeyRepeat {
+    std::chrono::milliseconds delay;     ///< from its press to the first repeat
+    std::chrono::milliseconds interval;  ///< from then on
+};
+
 /// A keyboard of the server, by default the core one: which key types what in the layout in use, and which modifier
 /// bits mean what. Each has a keymap of its own, which the core one takes over when a key on it is pressed; which
 /// layout of the keymap is in use is the core one's to say. This follows all of it. Main thread.
@@ -34,6 +41,8 @@ public:
     [[nodiscard]] xcb_keycode_t vKey() const;
     /// The first key with that symbol; none when no key has it.
     [[nodiscard]] std::optional<xcb_keycode_t> keyFor(xkb_keysym_t symbol) const;
+    /// As the user has set it for the core keyboard; none for a key that does not repeat. Asks the server.
+    [[nodiscard]] std::optional<KeyRepeat> repeatOf(xcb_keycode_t key) const;
 
     [[nodiscard]] std::uint16_t superMask() const { return superMask_; }      ///< 0: no modifier is Super
     [[nodiscard]] std::uint16_t numLockMask() const { return numLockMask_; }  ///< 0: none

@@ -22,7 +22,7 @@ X11Platform::X11Platform(Connections connections)
       workspace_(*desktop_, desktopEntries_, bundle_),
       pasteboard_(*clipboard_),
       keyboard_(*desktop_),
-      keyEvents_(*desktop_, primaryLoan()),
+      keyEvents_(*desktop_, keyboard_, primaryLoan()),
       eventTaps_(*desktop_, keyboard_),
       hotKeys_(*desktop_, keyboard_),
       accessibilityTrust_(*desktop_),

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include <QElapsedTimer>
 #include <array>
 
 #include "platform/x11/X11EventTaps.h"
@@ -67,7 +68,7 @@ protected:
     OtherWindow target_;
     std::unique_ptr<X11Connection> connection_ = X11Connection::open();
     X11Keyboard keyboard_{*connection_};
-    X11KeyEvents keyEvents_{*connection_, {}};
+    X11KeyEvents keyEvents_{*connection_, keyboard_, {[] {}, [] {}}};
     X11HotKeys hotKeys_{*connection_, keyboard_};
     HotKeyRef hotKey_ = 7;
     int fired_ = 0;
@@ -93,7 +94,7 @@ TEST_F(X11KeyTest, HotKeyFiresOncePerPressWhateverTheLocks) {
     EXPECT_EQ(fired_, 3);
 }
 
-TEST_F(X11KeyTest, TapTakesTheCombinationWithAnyOtherModifierAndItsRepeats) {
+TEST_F(X11KeyTest, TapTakesTheCombinationWithAnyOtherModifier) {
     const auto taken = tap();
     for (const auto& others :
          std::vector<std::vector<xcb_keycode_t>>{{}, {keyShiftLeft}, {keyShiftRight, keyAltLeft}, {keyNumLock}}) {
@@ -104,14 +105,48 @@ TEST_F(X11KeyTest, TapTakesTheCombinationWithAnyOtherModifierAndItsRepeats) {
         EXPECT_TRUE(await([&] { return tapped_ == 1; })) << tapped_;
     }
     hands_.tap(keyNumLock);
-    tapped_ = 0;
-    hands_.press({keyControlLeft, keySuperLeft, keyV});
-    EXPECT_TRUE(await([&] { return tapped_ > 5; }));
-    hands_.release({keyV, keySuperLeft, keyControlLeft});
     EXPECT_TRUE(target_.presses(keyV).empty());
     hands_.chord({keySuperLeft, keyV});
     hands_.chord({keyControlLeft, keyV});
     EXPECT_TRUE(await([&] { return target_.presses(keyV).size() == 2; }));
+}
+
+TEST_F(X11KeyTest, AKeyThatStaysDownRepeatsInItsRhythmWhateverIsPastedMeanwhile) {
+    int pastes = 0;
+    const auto taken = tap([&] {
+        if (pastes-- > 0)
+            QTimer::singleShot(1, [this] { paste(); });
+    });
+    const struct {
+        int pastes;
+        const char* windowClass;
+        OtherWindow::Key chord;
+    } rows[] = {{0, "any", {}}, {3, "any", {true, keyV, control}}, {3, "XTerm", {true, 118, shift}}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.windowClass);
+        OtherWindow window({.windowClass = row.windowClass});
+        window.show();
+        window.focus();
+        tapped_ = 0;
+        pastes = row.pastes;
+        QElapsedTimer clock;
+        clock.start();
+        hands_.press({keyControlLeft, keySuperLeft, keyV});
+        EXPECT_TRUE(await([&] { return tapped_ == 2; }));
+        EXPECT_GE(clock.restart(), 600);  // of the server's 660 ms
+        EXPECT_TRUE(await([&] { return tapped_ == 7; }));
+        EXPECT_GE(clock.elapsed(), 150);  // of five times 40 ms
+        hands_.release(keyV);
+        hands_.press(keyA);
+        EXPECT_TRUE(await([&] { return window.presses(keyA).size() > 2; }));
+        EXPECT_LE(tapped_, 8);
+        auto keys = window.keys();
+        std::erase_if(keys, [](const auto& key) { return key.key != keyV && key.key != 118; });
+        EXPECT_EQ(std::ranges::count(keys, row.chord), row.pastes);
+        EXPECT_EQ(keys.size(), 2U * static_cast<unsigned>(row.pastes)) << "no stray press or release";
+        hands_.release({keyA, keySuperLeft, keyControlLeft});
+        awaitNoKeyDown();
+    }
 }
 
 TEST_F(X11KeyTest, LayoutsMoveTheKey) {
@@ -211,7 +246,7 @@ TEST_F(X11KeyTest, CyclingWhileTheModifiersStayDownPastesOnceForEachPress) {
 TEST_F(X11KeyTest, QuittingLeavesNoKeyDown) {
     hands_.press(keySuperLeft);
     {
-        X11KeyEvents shortLived(*connection_, {});
+        X11KeyEvents shortLived(*connection_, keyboard_, {});
         const auto source = shortLived.createSource(EventSourceState::hidSystem);
         shortLived.post(EventTapLocation::hid, *shortLived.createKeyEvent(*source, VirtualKey::v, KeyDirection::down));
         EXPECT_TRUE(X11KeyStates::read(*connection_).synthetic.any());
