@@ -13,7 +13,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t cou
     std::string_view text(reinterpret_cast<const char*>(bytes), count);
     const std::size_t size = text.empty() ? 1 : std::max<std::size_t>(1, bytes[0]);
     text.remove_prefix(std::min<std::size_t>(1, text.size()));
-    for (const auto encoding : {SelectionEncoding::utf8, SelectionEncoding::latin1}) {
+    for (const auto encoding : {SelectionEncoding::utf8, SelectionEncoding::latin1, SelectionEncoding::utf8OrLatin1}) {
         SelectionTextDecoder whole(encoding);
         whole.append(text);
         SelectionTextDecoder pieces(encoding);

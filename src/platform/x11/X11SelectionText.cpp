@@ -68,6 +68,7 @@ void SelectionTextDecoder::makeRoom(std::size_t count) {
 void SelectionTextDecoder::append(std::string_view piece) {
     makeRoom(piece.size());
     if (encoding_ == SelectionEncoding::latin1) {
+        appendLatin1(std::exchange(rest_, {}));  // kept before the text turned out to be Latin-1
         appendLatin1(piece);
         return;
     }
