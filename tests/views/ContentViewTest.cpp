@@ -41,6 +41,15 @@ TEST_F(ContentViewTest, LeavesTheSearchFieldWithoutTheKeyboardUntilItIsClicked) 
     QTest::keyClicks(&searchField(), "IR");
     settle();
     EXPECT_THAT(shownTexts(), ElementsAre("third", "first"));
+    QInputMethodEvent composing("한", {});
+    QApplication::sendEvent(&searchField(), &composing);
+    EXPECT_EQ(state().searchText.value(), "IR");
+    QInputMethodEvent composed;
+    composed.setCommitString("한글");
+    QApplication::sendEvent(&searchField(), &composed);
+    EXPECT_EQ(state().searchText.value(), "IR한글");
+    QTest::keyClick(&searchField(), Qt::Key_Backspace);
+    QTest::keyClick(&searchField(), Qt::Key_Backspace);
     view.hide();
     view.show();
     EXPECT_EQ(searchField().text(), "IR");
