@@ -137,7 +137,7 @@ int BrindleApp::run(char** argv) {
     const auto delegate = std::make_shared<AppDelegate>(makeContent);
     desktop->application().setDelegate(delegate.get());
     delegate->applicationDidFinishLaunching();
-    const auto secondStart = instance.onSecondStart([&delegate] { delegate->togglePopover(); });
+    const auto secondStart = instance.onSecondStart([&delegate] { delegate->togglePopoverAfterPaste(); });
     const int exitCode = QApplication::exec();
     desktop->application().setDelegate(nullptr);
     return exitCode;
