@@ -1,26 +1,25 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3 -B
 """The real program on a virtual desktop: program.py BRINDLE REPEATS prints JSON, {figure: [value, …]}.
 
 Times are wall time in milliseconds as an X client sees them, CPU times are the scheduler's (/proc/…/schedstat).
 """
-import ctypes
 import json
 import pathlib
 import sys
 import time
-from ctypes import byref, c_long, c_ulong
+
+from Xlib import X
 
 HERE = pathlib.Path(__file__).resolve().parent
 sys.path.insert(0, str(HERE.parent / "tests/desktop"))
 
-import applications  # noqa: E402
+from applications import HOT_KEY, POPOVER, ROW_HEIGHT, ROWS_TOP, Brindle  # noqa: E402
 from desktop import Desktop  # noqa: E402
-from x11 import Rect, _ClientMessage, _x  # noqa: E402
+from x11 import Rect  # noqa: E402
 
 MIB = 1 << 20
 IDLE_SECONDS = 60
-DESTROYED = 1 << 19  # SubstructureNotifyMask
-KEY_PRESS, KEY_PRESS_MASK = 2, 1
+PROGRAM = sys.argv[1]
 
 
 def text(number, size):
@@ -47,7 +46,7 @@ class Measured:
         self.desktop.__exit__(*details)
 
     def start(self):
-        self.brindle = applications.Brindle(self.desktop)
+        self.brindle = Brindle(self.desktop, PROGRAM)
         self.pid = self.brindle.process.pid
         return self.brindle
 
@@ -87,7 +86,7 @@ def start_up(repeats):
     with Measured(1000) as measured:
         desktop = measured.desktop
         tray = desktop.x.owner("_NET_SYSTEM_TRAY_S0")
-        panels = [window for window in desktop.x.children(desktop.x.root) if desktop.x.rect(window)]
+        panels = [child.id for child in desktop.x.root_window.query_tree().children if desktop.x.rect(child.id)]
         before = {window for panel in [tray, *panels] for window in desktop.x.tree(panel)}
 
         def docked():
@@ -95,7 +94,7 @@ def start_up(repeats):
                        for panel in panels for window in desktop.x.tree(panel))
         for _ in range(repeats):
             start = time.perf_counter()
-            process = desktop.run(applications.BRINDLE)
+            process = desktop.run(PROGRAM)
             until(docked)
             values.append(milliseconds(start))
             desktop.await_idle(process)
@@ -110,6 +109,7 @@ def opening(repeats, entries):
     with Measured(entries) as measured:
         desktop, brindle = measured.desktop, measured.start()
         x, rect = desktop.x, brindle.open()
+        x.root_window.change_attributes(event_mask=X.SubstructureNotifyMask)
         place = (rect.x + rect.width // 2, rect.y + 3)
         figures = {}
         if entries == 1000:
@@ -119,19 +119,35 @@ def opening(repeats, entries):
             brindle.await_closed()
             desktop.await_idle(brindle.process)
             background = measured.point(place)
-            for key in applications.HOT_KEY[:-1]:
+            for key in HOT_KEY[:-1]:
                 x.key(key, True)
             start = time.perf_counter()
-            x.key(applications.HOT_KEY[-1], True)
-            until(brindle.popover_window)  # each opening makes its window anew
+            x.key(HOT_KEY[-1], True)
+            until(lambda: is_mapped(x))
             mapped.append(milliseconds(start))
             until(lambda: measured.point(place) != background)
             painted.append(milliseconds(start))
-            for key in reversed(applications.HOT_KEY):
+            for key in reversed(HOT_KEY):
                 x.key(key, False)
             brindle.await_open()
     return figures | {f"shortcut to mapped, {entries} entries, ms": mapped,
                       f"shortcut to painted, {entries} entries, ms": painted}
+
+
+def is_mapped(x):
+    """Whether a window as large as the popover has been."""
+    event = next_event(x, X.MapNotify)
+    rect = event and x.rect(event.window.id)
+    return rect and rect.width >= POPOVER[0] and rect.height >= POPOVER[1]
+
+
+def next_event(x, kind):
+    """The next of this kind that has come; those of other kinds before it are left out."""
+    while x.display.pending_events():
+        event = x.display.next_event()
+        if event.type == kind:
+            return event
+    return None
 
 
 def idling(_repeats):
@@ -167,7 +183,7 @@ def large_text(_repeats):
         rect = brindle.open()
         x, window = desktop.x, brindle.popover_window()
         base = measured.memory("Rss")
-        row = Rect(rect.x + 40, rect.y + applications.ROWS_TOP + 10, 60, 12)
+        row = Rect(rect.x + 40, rect.y + ROWS_TOP + 10, 60, 12)
         before = bytes(x.pixels(row))
         pathlib.Path(f"/proc/{measured.pid}/clear_refs").write_text("5")
         start = time.perf_counter()
@@ -187,14 +203,10 @@ def large_text(_repeats):
 
 def longest_silence(x, window, longest):
     """One ping and its answer (EWMH, _NET_WM_PING), which comes from the main loop."""
-    _x.XSelectInput(x._display, c_ulong(x.root), c_long(DESTROYED))
-    ping = _ClientMessage(type=33, window=window, message=x.atom("WM_PROTOCOLS"), format=32)
-    ping.data[0], ping.data[2] = x.atom("_NET_WM_PING"), window
+    x.root_window.change_attributes(event_mask=X.SubstructureNotifyMask)
     start = time.perf_counter()
-    _x.XSendEvent(x._display, c_ulong(window), 0, c_long(0), byref(ping))
-    _x.XSync(x._display, 0)
-    event = (ctypes.c_byte * 192)()
-    until(lambda: _x.XCheckTypedEvent(x._display, 33, byref(event)))
+    x.ask("WM_PROTOCOLS", window, x.atom("_NET_WM_PING"), X.CurrentTime, window, to=window)
+    until(lambda: next_event(x, X.ClientMessage))
     longest[0] = max(longest[0], milliseconds(start))
     return True
 
@@ -205,19 +217,20 @@ def pasting(repeats):
     with Measured(5) as measured:
         desktop, brindle = measured.desktop, measured.start()
         x = desktop.x
-        target = _x.XCreateSimpleWindow(x._display, c_ulong(x.root), 50, 50, 300, 200, 0, c_ulong(0), c_ulong(0))
-        _x.XSelectInput(x._display, c_ulong(target), c_long(KEY_PRESS_MASK))
-        _x.XMapWindow(x._display, c_ulong(target))
+        shown = x.root_window.create_window(50, 50, 300, 200, 0, X.CopyFromParent, event_mask=X.KeyPressMask)
+        shown.map()
+        target = shown.id
         desktop.wait_for(lambda: x.active() == target, 10, "target in front")
-        v = x._keycode("v")[0]
+        v = x.keycode("v")[0]
         for _ in range(repeats):
             brindle.open()
-            x.move(*brindle.row(1))
+            rect = brindle.popover()
+            x.move(rect.x + 150, rect.y + ROWS_TOP + ROW_HEIGHT * 3 // 2)
             x.button(1, True)
-            event = (ctypes.c_uint * 48)()
 
             def is_v():
-                return _x.XCheckTypedEvent(x._display, KEY_PRESS, byref(event)) and event[21] == v
+                event = next_event(x, X.KeyPress)
+                return event and event.detail == v
             start = time.perf_counter()
             x.button(1, False)
             until(is_v)
@@ -227,8 +240,7 @@ def pasting(repeats):
     return {"click to the chord, ms": values}
 
 
-def main(program, repeats):
-    applications.BRINDLE = program
+def main(repeats):
     figures = {}
     for measure, *arguments in ((start_up,), (opening, 5), (opening, 1000), (opening, 10_000), (idling,),
                                 (capturing, 5), (capturing, 1000), (large_text,), (pasting,)):
@@ -238,4 +250,4 @@ def main(program, repeats):
 
 
 if __name__ == "__main__":
-    main(sys.argv[1], int(sys.argv[2]))
+    main(int(sys.argv[2]))

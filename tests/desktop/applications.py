@@ -2,7 +2,6 @@
 import contextlib
 import json
 import os
-import signal
 import sqlite3
 import subprocess
 import threading
@@ -13,7 +12,7 @@ from desktop import Desktop
 from programs import PROGRAMS, PageServer
 from x11 import Rect
 
-BRINDLE = os.environ.get("BRINDLE", "")
+BRINDLE = os.path.abspath(os.environ.get("BRINDLE", "build/release/brindle"))
 POPOVER = (350, 500)
 ROWS_TOP, ROW_HEIGHT = 101, 57  # of rows with one line of text
 MENU_PADDING, MENU_ITEM_HEIGHT = 6, 26
@@ -47,19 +46,17 @@ class Editor:
         clients = self.x.clients()
         return next((window for window in self.x.windows(window_class) if window not in before and window in clients), 0)
 
-    def activate(self):
-        self.desktop.wait_for(self._try_to_activate, 10, f"{self.program} in front")
-
-    def _try_to_activate(self):
-        if self.x.active() == self.window:
-            return True
-        self.x.activate(self.window)
-        time.sleep(0.05)
-        return False
-
     @property
     def is_active(self):
         return self.x.active() == self.window
+
+    def activate(self):
+        def is_active_now():
+            if not self.is_active:
+                self.x.activate(self.window)
+                time.sleep(0.05)
+            return self.is_active
+        self.desktop.wait_for(is_active_now, 10, f"{self.program} in front")
 
     def text(self):
         """What is in the editor now; asks it to save."""
@@ -86,29 +83,22 @@ class Editor:
 class Brindle:
     """A running Brindle: what it says, what it stores, where it is on the screen."""
 
-    def __init__(self, desktop, ready=True, program=None, **environment):
+    def __init__(self, desktop, program=BRINDLE, **environment):
         self.desktop, self.x = desktop, desktop.x
         self.lines = []
-        self._lines_changed = threading.Condition()
         desktop.brindle = self
-        self.process = desktop.run(program or BRINDLE, stdout=subprocess.PIPE, environment=environment)
-        self._reader = threading.Thread(target=self._read, daemon=True)
-        self._reader.start()
-        if ready:
-            self.await_ready()
+        self.process = desktop.run(program, stdout=subprocess.PIPE, environment=environment)
+        self.reader = threading.Thread(target=self._read, daemon=True)
+        self.reader.start()
+        # The icon is docked, the popover's window is made, and the launch, whose last step is the hot key, is over.
+        if desktop.tray_name:
+            desktop.wait_for(self.icon, 20, "icon in the tray")
+        desktop.wait_for(lambda: self.x.windows("brindle", seen=False), 20, "window of Brindle")
+        desktop.await_idle(self.process)
 
     def _read(self):
         for line in self.process.stdout:
-            with self._lines_changed:
-                self.lines.append(line.decode("utf-8", "replace").rstrip("\n"))
-                self._lines_changed.notify_all()
-
-    def await_ready(self):
-        """The icon is docked, the popover's window is made, and the launch, whose last step is the hot key, is over."""
-        if self.desktop.tray_name:
-            self.desktop.wait_for(self.icon, 20, "icon in the tray")
-        self.desktop.wait_for(lambda: self.x.windows("brindle", seen=False), 20, "window of Brindle")
-        self.desktop.await_idle(self.process)
+            self.lines.append(line.decode("utf-8", "replace").rstrip("\n"))
 
     def await_line(self, text, seconds=10, since=0):
         """The first line that starts so, counted from line number `since`."""
@@ -118,22 +108,22 @@ class Brindle:
 
     # The store
 
-    def history(self):
-        """The stored entries, newest first; empty while the store is none that could be read."""
-        return self.stored("BrindleHistory")
+    def setting(self, key):
+        """The stored value; none while there is no store that could be read."""
+        address = f"file:{self.desktop.store_path}?mode=ro"
+        with contextlib.suppress(sqlite3.DatabaseError), contextlib.closing(sqlite3.connect(address, uri=True)) as store:
+            return dict(store.execute("select key, value from defaults where key = ?", (key,))).get(key)
 
     def stored(self, key):
         try:
-            with contextlib.closing(sqlite3.connect(f"file:{self.desktop.store_path}?mode=ro", uri=True)) as store:
-                (value,), = store.execute("select cast(value as text) from defaults where key = ?", (key,))
-            items = json.loads(value)
-        except (sqlite3.DatabaseError, ValueError, RecursionError):
+            items = json.loads(self.setting(key) or "[]")
+        except (ValueError, RecursionError):
             return []
         return items if isinstance(items, list) else []
 
-    def setting(self, key):
-        with contextlib.closing(sqlite3.connect(f"file:{self.desktop.store_path}?mode=ro", uri=True)) as store:
-            return dict(store.execute("select key, value from defaults")).get(key)
+    def history(self):
+        """The stored entries, newest first."""
+        return self.stored("BrindleHistory")
 
     def contents(self):
         return [item["content"] for item in self.history()]
@@ -174,6 +164,10 @@ class Brindle:
         menus = [rect for _, rect in self._windows() if rect and rect.width >= 64 and rect.height < POPOVER[1]]
         return menus[-1] if menus else None
 
+    def has_focus(self):
+        window = self.popover_window()
+        return window and (self.x.active() == window or not self.desktop.window_manager)
+
     def await_open(self, seconds=5):
         rect = self.desktop.wait_for(self.popover, seconds, "popover is open")
         self.desktop.wait_for(self.has_focus, seconds, "popover has the focus")
@@ -182,24 +176,19 @@ class Brindle:
     def await_closed(self, seconds=5):
         self.desktop.wait_for(lambda: not self.popover(), seconds, "popover is closed")
 
-    # The user
-
-    def has_focus(self):
-        window = self.popover_window()
-        return window and (self.x.active() == window or not self.desktop.window_manager)
-
     def list_length(self):
         """The rows seen, one line of text each: their separators are the only lines across the whole list."""
         rect = self.popover()
-        pixels = rect and self.x.pixels(rect)
-        if not pixels:
+        if not rect:
             return 0
+        pixels = self.x.pixels(rect)
 
         def line(y):
-            return pixels[(y * rect.width + 20) * 3:(y * rect.width + 330) * 3]
-        separators = [y for y in range(ROWS_TOP + 10, POPOVER[1] - 30)
-                      if line(y) == line(y)[:3] * 310 and line(y) != line(y - 1) and line(y) != line(y + 1)]
-        return len(separators)
+            return pixels[(y * rect.width + 20) * 4:(y * rect.width + 330) * 4]
+        return sum(line(y) == line(y)[:4] * 310 and line(y) != line(y - 1) and line(y) != line(y + 1)
+                   for y in range(ROWS_TOP + 10, POPOVER[1] - 30))
+
+    # The user
 
     def press_hot_key(self):
         self.x.chord(*HOT_KEY)
@@ -211,38 +200,30 @@ class Brindle:
     def click_icon(self, button=1):
         self.x.click(*self.desktop.wait_for(self.icon, 5, "icon in the tray").centre, button)
 
-    def row(self, index):
+    def click(self, x, y, button=1):
+        """At that place in the popover."""
         rect = self.popover()
-        return rect.x + 150, rect.y + ROWS_TOP + index * ROW_HEIGHT + ROW_HEIGHT // 2
+        self.x.click(rect.x + x, rect.y + y, button)
 
     def click_row(self, index, button=1):
-        self.x.click(*self.row(index), button)
+        self.click(150, ROWS_TOP + index * ROW_HEIGHT + ROW_HEIGHT // 2, button)
 
     def choose(self, item):
         """Clicks the item of that number in the open menu."""
         rect = self.desktop.wait_for(self.menu, 5, "menu is open")
         self.x.click(rect.x + 40, rect.y + MENU_PADDING + item * MENU_ITEM_HEIGHT + MENU_ITEM_HEIGHT // 2)
 
-    def click(self, x, y, button=1):
-        """At that place in the popover."""
-        rect = self.popover()
-        self.x.click(rect.x + x, rect.y + y, button)
-
     def choose_from_header(self, item):
         self.click(319, 32)
         self.choose(item)
 
     def search(self, text):
-        rect = self.popover()
-        self.x.click(rect.x + 150, rect.y + 32)
+        self.click(150, 32)
         self.x.type(text)
 
     def kill(self):
-        os.kill(self.process.pid, signal.SIGKILL)
+        self.process.kill()
         self.process.wait()
-
-    def await_end_of_output(self):
-        self._reader.join(5)
 
     def complaints(self):
         """What the sanitizers said."""
@@ -264,8 +245,7 @@ class DesktopTest(unittest.TestCase):
         """A desktop; a Brindle on it that a sanitizer complained about fails the test."""
         with Desktop(**{**self.options, **options}) as desktop:
             yield desktop
-            complaints = desktop.brindle.complaints() if desktop.brindle else []
-            self.assertEqual(complaints, [])
+            self.assertEqual(desktop.brindle.complaints() if desktop.brindle else [], [])
 
     def desktop(self, **options):
         return self.enterContext(self.running(**options))

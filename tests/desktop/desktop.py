@@ -26,25 +26,18 @@ WINDOW_MANAGERS = {
     "kwin": ["kwin_x11"],
 }
 TRAYS = {
-    "tint2": ["tint2", "-c", ".config/brindle-tests/tint2rc"],
+    "tint2": ["tint2", "-c", "tint2rc"],
     "trayer": ["trayer", "--edge", "top", "--align", "right", "--widthtype", "request", "--SetDockType", "true"],
 }
-COMPOSITORS = {"picom": ["picom", "--backend", "xrender", "--config", "/dev/null"]}
-CONFIGURATION = {
-    "brindle-tests/tint2rc": """
+TINT2 = """
 rounded = 0
 background_color = #2d3440 100
-rounded = 3
-background_color = #4a5568 100
 panel_items = TSC
 panel_size = 100% 30
 panel_position = top center horizontal
 panel_background_id = 1
 panel_padding = 4 2 8
-taskbar_mode = single_desktop
 task_maximum_size = 180 26
-task_padding = 6 2
-task_background_id = 2
 task_font = Inter 9
 task_font_color = #ffffff 100
 systray_padding = 4 4 4
@@ -52,20 +45,27 @@ systray_icon_size = 22
 time1_format = %H:%M
 time1_font = Inter 9
 clock_font_color = #ffffff 100
-"""}
+"""
+FOLDERS = {"HOME": "", "XDG_CONFIG_HOME": ".config", "XDG_DATA_HOME": ".local/share", "XDG_CACHE_HOME": ".cache",
+           "XDG_STATE_HOME": ".local/state", "XDG_RUNTIME_DIR": "run", "TMPDIR": "tmp"}
+ENVIRONMENT = {
+    "PATH": "/usr/local/bin:/usr/bin:/bin:/usr/sbin:/sbin", "LC_ALL": "C.UTF-8", "TZ": "UTC",
+    "NO_AT_BRIDGE": "1", "GTK_A11Y": "none", "GTK_USE_PORTAL": "0", "GSETTINGS_BACKEND": "memory",
+    "DBUS_SESSION_BUS_ADDRESS": "disabled:", "ASAN_OPTIONS": "detect_leaks=0:abort_on_error=0",
+    "UBSAN_OPTIONS": "print_stacktrace=1", "QT_LOGGING_RULES": "qt.qpa.*=false"}
 
 
 class Desktop:
-    """`with Desktop() as desktop:`; every option may be None to leave that part out."""
+    """`with Desktop() as desktop:`; window manager, tray and bus may be None to leave that part out."""
 
-    def __init__(self, window_manager="openbox", tray="tint2", compositor=None, bus=True, size=(1280, 800),
+    def __init__(self, window_manager="openbox", tray="tint2", compositor=False, bus=True, size=(1280, 800),
                  server=(), nested=False):
         """`nested`: the server with these arguments is a window of another one, whose fingers and mouse reach it also
         where it has no extension for them."""
         self.window_manager, self.tray_name, self.compositor, self.bus = window_manager, tray, compositor, bus
         self.size, self.server_arguments, self.nested = size, server, nested
         self.x = self.brindle = None
-        self._started = []
+        self.started = []
 
     def __enter__(self):
         # Orphans of what we start come to us, so that they can be ended too.
@@ -82,36 +82,21 @@ class Desktop:
         self.close()
 
     def _start(self):
-        self.environment = self._make_environment()
+        self.environment = ENVIRONMENT | {name: str(self.home / folder) for name, folder in FOLDERS.items()}
+        for folder in FOLDERS.values():
+            (self.home / folder).mkdir(mode=0o700, parents=True, exist_ok=True)
         self._start_server()
         if self.bus:
-            self._start_bus()
+            self.bus_process = self.run("dbus-daemon", "--session", "--nofork", "--print-address=1",
+                                        stdout=subprocess.PIPE)
+            self.environment["DBUS_SESSION_BUS_ADDRESS"] = self.bus_process.stdout.readline().decode().strip()
         if self.window_manager:
             self.run(*WINDOW_MANAGERS[self.window_manager])
             self.wait_for(lambda: self.x.numbers(self.x.root, "_NET_SUPPORTING_WM_CHECK"), 10, "window manager")
         if self.compositor:
-            self.start_compositor(self.compositor)
+            self.start_compositor()
         if self.tray_name:
             self.start_tray()
-
-    def _make_environment(self):
-        """Nothing of the host's but the path to its programs."""
-        folders = {"HOME": "", "XDG_CONFIG_HOME": ".config", "XDG_DATA_HOME": ".local/share",
-                   "XDG_CACHE_HOME": ".cache", "XDG_STATE_HOME": ".local/state", "XDG_RUNTIME_DIR": "run",
-                   "TMPDIR": "tmp"}
-        environment = {name: str(self.home / folder) for name, folder in folders.items()}
-        for folder in environment.values():
-            pathlib.Path(folder).mkdir(mode=0o700, parents=True, exist_ok=True)
-        for name, text in CONFIGURATION.items():
-            file = self.home / ".config" / name
-            file.parent.mkdir(exist_ok=True)
-            file.write_text(text)
-        return environment | {
-            "PATH": "/usr/local/bin:/usr/bin:/bin:/usr/sbin:/sbin", "LANG": "C.UTF-8", "LC_ALL": "C.UTF-8",
-            "TZ": "UTC", "NO_AT_BRIDGE": "1", "GTK_A11Y": "none", "GTK_USE_PORTAL": "0",
-            "GSETTINGS_BACKEND": "memory", "DBUS_SESSION_BUS_ADDRESS": "disabled:",
-            "ASAN_OPTIONS": "detect_leaks=0:abort_on_error=0", "UBSAN_OPTIONS": "print_stacktrace=1",
-            "QT_LOGGING_RULES": "qt.qpa.*=false"}
 
     def _start_server(self):
         width, height = self.size
@@ -125,62 +110,53 @@ class Desktop:
         self.x.move(width // 2, height // 2)
 
     def _run_server(self, program, *arguments):
-        read, write = os.pipe()
-        self.server = self.run(program, "-displayfd", str(write), "-noreset", "-nolisten", "tcp", *arguments,
-                               pass_fds=[write])
-        os.close(write)
-        with os.fdopen(read) as pipe:
-            number = pipe.readline().strip()
+        self.server = self.run(program, "-displayfd", "1", "-noreset", "-nolisten", "tcp", *arguments,
+                               stdout=subprocess.PIPE)
+        number = self.server.stdout.readline().decode().strip()
         if not number:
             raise RuntimeError(f"{program} did not start: " + self.output_of(self.server))
         self.environment["DISPLAY"] = f":{number}"
         self.x = X11(self.environment["DISPLAY"], hands=self.x)
 
-    def _start_bus(self):
-        self.bus_process = self.run("dbus-daemon", "--session", "--nofork", "--print-address=1",
-                                    stdout=subprocess.PIPE)
-        self.environment["DBUS_SESSION_BUS_ADDRESS"] = self.bus_process.stdout.readline().decode().strip()
-
     def start_tray(self):
+        (self.home / "tint2rc").write_text(TINT2)
         self.tray = self.run(*TRAYS[self.tray_name])
         self.wait_for(lambda: self.x.owner("_NET_SYSTEM_TRAY_S0"), 10, "tray")
-        return self.tray
 
-    def start_compositor(self, name="picom"):
-        self._compositor_process = self.run(*COMPOSITORS[name])
+    def end_tray(self):
+        self.tray.kill()
+        self.tray.wait()
+        self.wait_for(lambda: not self.x.owner("_NET_SYSTEM_TRAY_S0"), 20, "tray gone")
+
+    def start_compositor(self):
+        self._compositor = self.run("picom", "--backend", "xrender", "--config", "/dev/null")
         self.wait_for(lambda: self.x.owner("_NET_WM_CM_S0"), 10, "compositor")
 
     def stop_compositor(self):
-        self._compositor_process.terminate()
-        self._compositor_process.wait()
+        self._compositor.terminate()
+        self._compositor.wait()
 
     # Programs
 
     def run(self, *command, **options):
         """Starts a program on this desktop. Its output goes to a file of its own unless a pipe is asked for."""
-        log = open(self.home / f"{len(self._started):02}-{pathlib.Path(command[0]).name}.log", "wb")
+        log = open(self.home / f"{len(self.started):02}-{pathlib.Path(command[0]).name}.log", "wb")
         options = {"stdin": subprocess.DEVNULL, "stdout": log, **options}
         environment = self.environment | options.pop("environment", {})
         process = subprocess.Popen(command, env=environment, cwd=self.home, stderr=log, start_new_session=True,
                                    preexec_fn=_die_with_parent, **options)
         process.log = log.name
         log.close()
-        self._started.append(process)
+        self.started.append(process)
         return process
 
     def output_of(self, process):
         return pathlib.Path(process.log).read_text(errors="replace")
 
-    def kill_server(self):
-        self.x = None  # not closed: the library would end this process with it
-        self.server.kill()
-        self.server.wait()
-
     def close(self):
         if self.x:
             self.x.close()
-            self.x = None
-        for process in reversed(self._started):
+        for process in reversed(self.started):
             if process.poll() is None:
                 process.kill()
                 process.wait()
@@ -195,25 +171,32 @@ class Desktop:
     def store_path(self):
         return self.home / ".local/share/brindle/defaults.sqlite3"
 
+    def seed(self, **values):
+        """A store as a Brindle that ran before would have left it."""
+        self.store_path.parent.mkdir(mode=0o700, parents=True, exist_ok=True)
+        store = sqlite3.connect(self.store_path)
+        store.execute("PRAGMA page_size = 16384")
+        store.execute("CREATE TABLE defaults (key TEXT PRIMARY KEY NOT NULL, value ANY NOT NULL) STRICT, WITHOUT ROWID")
+        store.execute("PRAGMA user_version = 1")
+        store.executemany("INSERT INTO defaults VALUES (?, ?)", values.items())
+        store.commit()
+        store.close()
+
     def seed_history(self, contents, limit=50):
-        """A store as a Brindle that ran before would have left it, the newest text first."""
-        self.store_path.parent.mkdir(mode=0o700, parents=True)
-        history = [{"id": str(uuid.uuid4()).upper(), "content": content, "type": "text",
-                    "date": 700000000 - index * 60, "isPinned": False} for index, content in enumerate(contents)]
-        write_store(self.store_path, BrindleHistory=json.dumps(history).encode(), maxClipboardItems=limit)
+        """The newest text first."""
+        history = [entry(content, 700000000 - index * 60) for index, content in enumerate(contents)]
+        self.seed(BrindleHistory=json.dumps(history).encode(), maxClipboardItems=limit)
 
     # Waiting, and what is kept of a failure
 
     def wait_for(self, condition, seconds, what):
         """The first true answer of the condition; a failed test, with a picture, when there is none in time."""
         deadline = time.monotonic() + seconds
-        while True:
-            answer = condition()
-            if answer:
-                return answer
+        while not (answer := condition()):
             if time.monotonic() > deadline:
                 self.fail(f"not within {seconds} s: {what}")
             time.sleep(0.02)
+        return answer
 
     def stays(self, condition, seconds, what):
         """Fails as soon as the condition does not hold, within that many seconds."""
@@ -230,34 +213,29 @@ class Desktop:
             return pathlib.Path(f"/proc/{process.pid}/stat").read_text().rpartition(")")[2].split()[0] == "S"
         self.wait_for(lambda: all(sleeps() for _ in range(5)), 20, f"{process.args[0]} is idle")
 
-    def describe(self):
-        lines = []
-        if self.x:
-            active = self.x.active()
-            lines = [f"{'*' if window == active else ' '} {window:#x} {self.x.wm_class(window)} "
-                     f"{self.x.title(window)!r} {self.x.rect(window)}" for window in self.x.clients()]
-        if self.brindle:
-            lines += ["Brindle said:", *self.brindle.lines[-25:], self.output_of(self.brindle.process)[-4000:]]
-        return "\n".join(lines)
-
     def fail(self, text):
-        picture = "none"
-        if self.x and self.server.poll() is None:
+        if self.server.poll() is None:
+            active = self.x.active()
+            for window in self.x.clients():
+                text += f"\n{'*' if window == active else ' '} {self.x.title(window)!r} {self.x.rect(window)}"
             FAILURES.mkdir(parents=True, exist_ok=True)
             picture = FAILURES / f"{pathlib.Path(sys.argv[0]).stem}-{os.getpid()}-{time.monotonic_ns() // 1000000}.png"
             self.x.screenshot(picture)
-        raise AssertionError(f"{text}\n{self.describe()}\npicture: {picture}")
+            text += f"\npicture: {picture}"
+        if self.brindle:
+            said = [*self.brindle.lines[-25:], self.output_of(self.brindle.process)[-4000:]]
+            text += "\n".join(["\nBrindle said:", *said])
+        raise AssertionError(text)
 
     # The clipboard
 
-    def copy(self, text, target="UTF8_STRING"):
-        """A copy made by xclip, which says when it owns the clipboard by going into the background."""
-        data = text.encode() if isinstance(text, str) else text
+    def copy(self, text):
+        """A copy made by xclip."""
         before = self.x.owner("CLIPBOARD")
         with tempfile.TemporaryFile() as file:
-            file.write(data)
+            file.write(text.encode())
             file.seek(0)
-            self.run("xclip", "-i", "-quiet", "-selection", "clipboard", "-t", target, stdin=file)
+            self.run("xclip", "-i", "-quiet", "-selection", "clipboard", "-t", "UTF8_STRING", stdin=file)
         self.wait_for(lambda: self.x.owner("CLIPBOARD") not in (0, before), 10, "xclip owns the clipboard")
 
     def own(self, targets, way="honest"):
@@ -267,33 +245,25 @@ class Desktop:
         assert owner.stdout.readline() == b"owner\n", self.output_of(owner)
         return owner
 
-    def paste(self, target="UTF8_STRING", selection="clipboard"):
-        return subprocess.run(["xclip", "-o", "-selection", selection, "-t", target], env=self.environment,
+    def paste(self):
+        return subprocess.run(["xclip", "-o", "-selection", "clipboard", "-t", "UTF8_STRING"], env=self.environment,
                               stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, timeout=60).stdout
 
 
-def write_store(path, **values):
-    store = sqlite3.connect(path)
-    store.execute("PRAGMA page_size = 16384")
-    store.execute("CREATE TABLE defaults (key TEXT PRIMARY KEY NOT NULL, value ANY NOT NULL) STRICT, WITHOUT ROWID")
-    store.execute("PRAGMA user_version = 1")
-    store.executemany("INSERT INTO defaults VALUES (?, ?)", values.items())
-    store.commit()
-    store.close()
+def entry(content, date=0, **more):
+    """An entry of the stored history."""
+    return {"id": str(uuid.uuid4()).upper(), "content": content, "type": "text", "date": date, "isPinned": False, **more}
 
 
 def _die_with_parent():
     _libc.prctl(_PR_SET_PDEATHSIG, signal.SIGKILL, 0, 0, 0)
 
 
-def _children():
-    return [int(pid) for pid in pathlib.Path(f"/proc/self/task/{os.getpid()}/children").read_text().split()]
-
-
 def _end_orphans():
     """Daemons and activated services became our children when their parents ended."""
     deadline = time.monotonic() + 5
-    while (left := _children()) and time.monotonic() < deadline:
-        for pid in left:
+    children = pathlib.Path(f"/proc/self/task/{os.getpid()}/children")
+    while (left := children.read_text().split()) and time.monotonic() < deadline:
+        for pid in map(int, left):
             os.kill(pid, signal.SIGKILL)
             os.waitpid(pid, 0)

@@ -1,10 +1,10 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3 -B
 """Pastes into every application, window manager and keyboard layout that is installed, and prints what arrived.
 
     BRINDLE=build/release/brindle tests/desktop/matrix.py [--part PART] [--programs …] [--managers …] [--help]
 
 Parts: texts (every text and layout), windows (the right window in every place it can be), fingers (1,000 pastes with
-held fingers), copies (another copy while a paste is under way). Debian packages: gnome-text-editor kate
+held fingers), copies (another copy while a paste is under way), captures (copies out of editors and browsers). Debian packages: gnome-text-editor kate
 libreoffice-writer libreoffice-gtk3 chromium firefox-esr xfce4-terminal konsole kitty alacritty emacs-lucid vim-gtk3
 kwin-x11; those that are not there are left out.
 """
@@ -16,7 +16,8 @@ import sys
 
 from applications import Editor
 from desktop import WINDOW_MANAGERS, Desktop
-from pastes import LAYOUTS, TEXTS, paste_texts, paste_while_another_copy_comes, paste_with_held_fingers, start
+from pastes import (LAYOUTS, TEXTS, copy_out, paste_texts, paste_while_another_copy_comes, paste_with_held_fingers,
+                    start)
 from programs import PROGRAMS
 from scenes import SCENES, play
 
@@ -46,11 +47,11 @@ def windows_rows(manager, scene, options):
     yield SCENES[scene].program, manager, scene, options.tries, exact, note
 
 
-def in_a_row(job, layout):
+def in_a_row(job, layout, text=""):
     def rows(manager, program, options):
         with Desktop(window_manager=manager, tray=None) as desktop:
             start(desktop)
-            yield program, manager, layout, options.tries, job(Editor(desktop, program), options.tries), ""
+            yield program, manager, layout, options.tries, job(Editor(desktop, program, text), options.tries), ""
     return rows
 
 
@@ -59,6 +60,8 @@ PARTS = {  # part: (rows, on what, tries when none are asked for)
     "windows": (windows_rows, lambda options: SCENES, 3),
     "fingers": (in_a_row(paste_with_held_fingers, "fingers held"), lambda options: options.programs, 1000),
     "copies": (in_a_row(paste_while_another_copy_comes, "next copy"), lambda options: options.programs, 100),
+    "captures": (in_a_row(copy_out, "copied out", TEXTS["tabs"] + TEXTS["emoji"]),
+                 lambda options: [name for name in options.programs if PROGRAMS[name].kind in ("editor", "browser")], 3),
 }
 
 

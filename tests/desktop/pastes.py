@@ -4,7 +4,7 @@ import subprocess
 import sys
 import time
 
-from applications import CYCLING_KEY, Brindle, Editor
+from applications import CYCLING_KEY, Brindle
 
 SENT = "⌨️ Sent Cmd+V to frontmost app (HID)"
 TOO_LATE = "⚠️ Frontmost app did not switch to target in time. Sending paste anyway as fallback."
@@ -23,11 +23,6 @@ def start(desktop, text="x"):
     """A Brindle whose history is that text alone, so that every press of the cycling shortcut pastes the newest copy."""
     desktop.seed_history([text], limit=1)
     return Brindle(desktop)
-
-
-def copy(desktop, text):
-    desktop.copy(text)
-    desktop.brindle.await_contents([text], 20)
 
 
 def set_layout(desktop, name):
@@ -80,7 +75,8 @@ def paste_texts(editor, texts, layout, tries):
     failed = []
     for name in texts:
         count = 1 if name == "1 MB" else tries
-        copy(editor.desktop, TEXTS[name])
+        editor.desktop.copy(TEXTS[name])
+        editor.desktop.brindle.await_contents([TEXTS[name]], 20)
         arrived = paste_in_a_row(editor, TEXTS[name], count, press_after_switch)
         asked, exact = asked + count, exact + arrived
         failed += [name] * (arrived < count)
@@ -104,6 +100,19 @@ def paste_while_another_copy_comes(editor, tries):
         except AssertionError as failure:
             print(f"after {delay} s: {failure}"[:300], f"{held(editor)[len(before):]!r}", file=sys.stderr)
     return whole
+
+
+def copy_out(editor, tries):
+    """Copies what is in the application: the number of copies that were captured exactly and with their application."""
+    desktop, captured = editor.desktop, 0
+    text = held(editor)
+    for _ in range(tries):
+        desktop.copy("something else")
+        desktop.brindle.await_contents(["something else"])
+        editor.copy_all()
+        desktop.brindle.await_contents([text])
+        captured += desktop.brindle.history()[0].get("sourceApp") == editor.bundle_identifier
+    return captured
 
 
 # How fingers leave the keys: (what is held, in the order of release; "paste" is when the paste goes out)
@@ -135,7 +144,8 @@ def hold_and_paste(desktop, hold):
 def paste_with_held_fingers(editor, tries):
     """Pastes while fingers stay on the keys in every way; the pastes that arrived exactly, then what remains wrong."""
     desktop, text = editor.desktop, "held;"
-    copy(desktop, text)
+    desktop.copy(text)
+    desktop.brindle.await_contents([text])
     before, since = held(editor), len(desktop.brindle.lines)
     for number, hold in zip(range(tries), itertools.cycle(HOLDS)):
         try:

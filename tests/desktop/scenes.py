@@ -5,7 +5,7 @@ import time
 from typing import NamedTuple
 
 from applications import Editor
-from pastes import SENT, TOO_LATE, held, start
+from pastes import SENT, TOO_LATE, start
 
 TEXT = "pasted: Größe 世界"
 ADD, ICONIC, USER = 1, 3, 2  # of _NET_WM_STATE, of WM_CHANGE_STATE, the source of a request

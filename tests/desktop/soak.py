@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3 -B
 """Hours of use in minutes: soak.py PROGRAM MINUTES copies, opens and pastes without a pause, replaces the tray and the
 window manager now and then, and fails when an entry is lost or doubled or when memory, file descriptors or X resources
 grow. A sanitized program says at its end what leaked. Needs xrestop beside what the tests need.
@@ -6,11 +6,12 @@ grow. A sanitized program says at its end what leaked. Needs xrestop beside what
 import os
 import pathlib
 import re
+import statistics
 import subprocess
 import sys
 import time
 
-import applications
+from applications import Brindle, Editor
 from desktop import Desktop
 
 LIMIT = 50
@@ -19,56 +20,46 @@ SLOPE = 100  # KiB a minute
 
 
 class Soak:
-    def __init__(self, desktop):
-        self.desktop = desktop
-        self.brindle = applications.Brindle(desktop, ASAN_OPTIONS="detect_leaks=1:quarantine_size_mb=8")
-        self.editor = applications.Editor(desktop, "mousepad", "start")
-        self.expected = []
-        self.counts = dict.fromkeys(("copies", "openings", "pastes", "trays", "window managers"), 0)
-        self.samples = []
+    def __init__(self, desktop, program):
+        self.desktop, self.x = desktop, desktop.x
+        self.brindle = Brindle(desktop, program, ASAN_OPTIONS="detect_leaks=1:quarantine_size_mb=8")
+        self.editor = Editor(desktop, "mousepad", "start")
+        self.copies, self.expected, self.samples = 0, [], []
 
     def copy(self):
-        self.counts["copies"] += 1
-        number = self.counts["copies"]
-        self.expected = [f"copy {number} " + "ü€😀x" * (number * 7919 % 3000), *self.expected][:LIMIT]
+        self.copies += 1
+        self.expected = [f"copy {self.copies} " + "ü€😀x" * (self.copies * 7919 % 3000), *self.expected][:LIMIT]
         self.desktop.copy(self.expected[0])
         self.brindle.await_contents(self.expected, 20)
 
-    def open(self):
-        self.counts["openings"] += 1
-        self.brindle.press_hot_key()
-        self.brindle.await_open(20)
-
-    def close(self):
+    def open_and_close(self):
+        self.brindle.open()
         self.brindle.press_hot_key()
         self.brindle.await_closed(20)
         self.desktop.wait_for(lambda: self.editor.is_active, 20, "editor in front again")
 
     def paste(self):
-        self.desktop.x.chord("Control_L", "a")
-        self.open()
+        self.x.chord("Control_L", "a")
+        self.brindle.open()
         self.brindle.click_row(0)
-        self.counts["pastes"] += 1
         self.editor.await_text(self.expected[0], 30)
         time.sleep(0.6)  # until the next poll an own write and a copy count as one
 
     def replace_tray(self):
-        self.counts["trays"] += 1
-        self.desktop.tray.kill()
-        self.desktop.tray.wait()
-        self.desktop.wait_for(lambda: not self.desktop.x.owner("_NET_SYSTEM_TRAY_S0"), 20, "tray gone")
+        self.desktop.end_tray()
         self.desktop.start_tray()
         self.desktop.wait_for(self.brindle.icon, 20, "icon in the tray")
 
     def replace_window_manager(self):
-        self.counts["window managers"] += 1
-        before = self.desktop.x.numbers(self.desktop.x.root, "_NET_SUPPORTING_WM_CHECK")
+        def manager():
+            return self.x.numbers(self.x.root, "_NET_SUPPORTING_WM_CHECK")
+        before = manager()
         self.desktop.run("openbox", "--replace")
-        self.desktop.wait_for(lambda: self.desktop.x.numbers(self.desktop.x.root, "_NET_SUPPORTING_WM_CHECK")
-                              not in ([], before), 20, "the other window manager")
+        self.desktop.wait_for(lambda: manager() not in ([], before), 20, "the other window manager")
         self.editor.activate()
 
     def sample(self):
+        """Minutes, KiB, files and X resources."""
         process = pathlib.Path(f"/proc/{self.brindle.process.pid}")
         resident = int(re.search(r"RssAnon:\s+(\d+)", (process / "status").read_text())[1])
         clients = subprocess.run(["xrestop", "-b", "-m", "1"], env=self.desktop.environment, text=True,
@@ -78,8 +69,7 @@ class Soak:
                         if re.match(r"\d+ - (Brindle|<unknown>)", block)
                         for number in re.findall(r"^\t(?!pixmap bytes)[a-zGC][a-zA-Z ]*: (\d+)$", block, re.M))
         self.samples.append((time.monotonic() / 60, resident, len(list((process / "fd").iterdir())), resources))
-        print(f"{self.samples[-1][0] - self.samples[0][0]:5.1f} min: {resident} KiB, {self.samples[-1][2]} files, "
-              f"{resources} X resources, {self.counts}", flush=True)
+        print("{:.1f} min, {} KiB, {} files, {} X resources".format(*self.samples[-1]), self.copies, "copies", flush=True)
 
     def run(self, minutes):
         end, turn, due = time.monotonic() + minutes * 60, 0, 0
@@ -87,43 +77,36 @@ class Soak:
             turn += 1
             for _ in range(5):
                 self.copy()
-            self.open()
-            self.close()
+            self.open_and_close()
             self.paste()
             if turn % 40 == 0:
                 self.replace_tray()
             if turn % 55 == 0:
                 self.replace_window_manager()
-            for process in self.desktop._started:
+            for process in self.desktop.started:
                 process.poll()
-            if self.counts["copies"] >= WARM_UP and time.monotonic() > due:
+            if self.copies >= WARM_UP and time.monotonic() > due:
                 due = time.monotonic() + 30
                 self.sample()
-
-    def slope(self):
-        """KiB a minute, by least squares."""
-        times, sizes = [s[0] for s in self.samples], [s[1] for s in self.samples]
-        middle, size = sum(times) / len(times), sum(sizes) / len(sizes)
-        return (sum((t - middle) * (s - size) for t, s in zip(times, sizes))
-                / max(1e-9, sum((t - middle) ** 2 for t in times)))
+        self.sample()
 
     def verdict(self):
         self.brindle.process.terminate()
         self.brindle.process.wait(60)
-        output = self.desktop.output_of(self.brindle.process)
-        leaks = [block for block in output.split("\n\n") if "leak of" in block and "brindle::" in block]
-        print(f"memory {self.slope():.1f} KiB/min, files {self.samples[0][2]} to {self.samples[-1][2]}, X resources "
-              f"{self.samples[0][3]} to {self.samples[-1][3]}, leaks through our code: {len(leaks)}, "
-              f"complaints: {self.brindle.complaints()[:5]}, exit {self.brindle.process.returncode}", *leaks[:9], sep="\n")
-        return self.slope() < SLOPE and all(self.samples[-1][i] <= self.samples[0][i] + 12 for i in (2, 3))
+        leaks = [block for block in self.desktop.output_of(self.brindle.process).split("\n\n")
+                 if "leak of" in block and "brindle::" in block]
+        minutes, sizes, files, resources = zip(*self.samples)
+        slope = statistics.linear_regression(minutes, sizes).slope if len(sizes) > 1 else 0
+        print(f"memory {slope:.1f} KiB/min, files {files[0]} to {files[-1]}, X resources {resources[0]} to "
+              f"{resources[-1]}, leaks through our code: {len(leaks)}, complaints: {self.brindle.complaints()[:5]}, "
+              f"exit {self.brindle.process.returncode}", *leaks[:9], sep="\n")
+        return slope < SLOPE and all(counts[-1] <= counts[0] + 12 for counts in (files, resources))
 
 
 def main(program, minutes):
-    applications.BRINDLE = os.path.abspath(program)
     with Desktop() as desktop:
-        soak = Soak(desktop)
+        soak = Soak(desktop, os.path.abspath(program))
         soak.run(float(minutes))
-        soak.sample()
         return 0 if soak.verdict() else 1
 
 

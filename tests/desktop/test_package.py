@@ -4,8 +4,7 @@ import subprocess
 import tempfile
 import unittest
 
-import applications
-from applications import Brindle, DesktopTest, Editor
+from applications import Brindle, DesktopTest
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 BUILD = ROOT / "build/release"
@@ -23,7 +22,7 @@ class PackageTest(DesktopTest):
             old.unlink()
         run("cmake", "--build", "--preset", "release", "--target", "package")
         (cls.package,) = BUILD.glob("brindle_*.deb")
-        folder = tempfile.TemporaryDirectory()
+        folder = tempfile.TemporaryDirectory(suffix=" of a user")
         cls.addClassCleanup(folder.cleanup)
         cls.prefix = pathlib.Path(folder.name) / "usr"
         run("dpkg-deb", "-x", cls.package, folder.name)
@@ -42,17 +41,20 @@ class PackageTest(DesktopTest):
         for size in ("16x16", "48x48", "512x512", "scalable"):
             self.assertTrue(list((share / "icons/hicolor" / size / "apps").glob("org.brindle.Brindle.*")), size)
 
-    def test_the_program_in_it_works_from_where_it_lies(self):
+    def test_the_program_in_it_works_from_where_it_lies_and_starts_at_login_from_there(self):
         program = self.prefix / "bin/brindle"
         self.assertNotIn(str(ROOT).encode(), program.read_bytes())
-        applications.BRINDLE = str(program)
-        desktop, brindle = self.start()
-        Editor(desktop, "mousepad", "kept").copy_all()
-        brindle.await_contents(["kept"])
+        desktop = self.desktop()
+        desktop.seed(launchAtLogin=1)
+        brindle = Brindle(desktop, program=str(program))
+        self.assertIsNone(brindle.popover() or brindle.sheet())
+        login_item = desktop.home / ".config/autostart/org.brindle.Brindle.desktop"
+        self.assertIn(f'\nExec="{program}"\n', login_item.read_text())
+        run("desktop-file-validate", login_item)
         pixels = desktop.x.pixels(brindle.icon())
-        self.assertNotEqual(pixels, pixels[:3] * (len(pixels) // 3), "the icon's drawing is not found")
-        brindle.click_icon()
-        brindle.await_open()
+        self.assertNotEqual(pixels, pixels[:4] * (len(pixels) // 4), "the icon's drawing is not found")
+        desktop.copy("captured")
+        brindle.await_contents(["captured"])
 
 
 if __name__ == "__main__":

@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3 -B
 """tour.py BRINDLE FOLDER: plays Brindle's main job on a virtual desktop with real key presses and clicks.
 
 Prints a line per step and leaves a screenshot of each in the folder; exits 1 at the first step that does not happen.
@@ -8,27 +8,29 @@ import pathlib
 import sys
 import time
 
+from applications import Brindle, Editor
+from desktop import Desktop
+
 TEXTS = ["Meeting moved to Thursday, room 4", "Dear all, the minutes are in the attachment.", "git rebase --onto main"]
 PASTED = TEXTS[1]
 
 
 class Tour:
-    def __init__(self, desktop, brindle, folder):
-        self.move_to(desktop, brindle)
-        self.folder, self.number = folder, 0
+    number = 0
 
-    def move_to(self, desktop, brindle):
-        self.desktop, self.brindle, self.x = desktop, brindle, desktop.x
+    def __init__(self, desktop, program, folder):
+        self.desktop, self.x, self.folder = desktop, desktop.x, folder
+        self.brindle = Brindle(desktop, program)
 
-    def step(self, text, happened, seconds=10):
-        self.number += 1
+    def step(self, text, happened):
+        Tour.number += 1
         try:
-            self.desktop.wait_for(happened, seconds, text)
+            self.desktop.wait_for(happened, 10, text)
         except AssertionError as failure:
-            self._picture("FAILED " + text)
+            self.take_picture("FAILED " + text)
             print(f"{self.number}. {text} ✗\n{failure}", flush=True)
-            return sys.exit(1)
-        self._picture(text)
+            sys.exit(1)
+        self.take_picture(text)
         print(f"{self.number}. {text} ✓", flush=True)
 
     def is_still(self):
@@ -42,27 +44,26 @@ class Tour:
             last = seen
         return False
 
-    def _picture(self, text):
+    def take_picture(self, text):
         self.is_still()
         name = "".join(c if c.isalnum() else "-" for c in text.lower()).strip("-")
         self.x.screenshot(self.folder / f"{self.number:02}-{name}.png")
 
-    def play(self, editor):
-        x, brindle = self.x, self.brindle
+    def shows(self, count):
+        return lambda: self.brindle.has_focus() and self.brindle.list_length() == count
+
+    def play(self):
+        x, brindle, editor = self.x, self.brindle, Editor(self.desktop, "mousepad")
         self.step("The editor is in front and the icon in the tray", lambda: editor.is_active and brindle.icon())
         for count, text in enumerate(TEXTS, 1):
             editor.replace(text)
             editor.copy_all()
-            newest_first = TEXTS[count - 1::-1]
-            self.step(f"Text {count} is copied and captured", lambda: brindle.contents() == newest_first)
-
+            self.step(f"Text {count} is copied and captured", lambda: brindle.contents() == TEXTS[count - 1::-1])
         editor.replace("Pasted: ")
         brindle.press_hot_key()
-        self.step("Super+Shift+V opens the popover", brindle.has_focus)
-        every_row = x.pixels(brindle.popover())
+        self.step("Super+Shift+V opens the popover", self.shows(len(TEXTS)))
         brindle.search("minutes")
-        self.step("Typing in the search field filters the list",
-                  lambda: x.pixels(brindle.popover()) != every_row and brindle.list_length() == 1)
+        self.step("Typing in the search field filters the list", self.shows(1))
         brindle.click_row(0)
         self.step("A click on the entry closes the popover", lambda: not brindle.popover() and editor.is_active)
         self.step("The text is pasted into the editor", lambda: editor.text().strip() == f"Pasted: {PASTED}")
@@ -73,9 +74,9 @@ class Tour:
         brindle.search("")
         x.chord("Control_L", "a")
         x.chord("BackSpace")
-        self.step("Clearing the search shows every entry", lambda: brindle.list_length() == len(TEXTS))
+        self.step("Clearing the search shows every entry", self.shows(len(TEXTS)))
         brindle.click_row(1, button=3)
-        self.step("A right click on an entry opens its menu", brindle.menu)
+        self.step("A right click on an entry opens its menu", lambda: brindle.menu() and brindle.popover())
         brindle.choose(2)
         self.step("The menu's Pin pins it",
                   lambda: [item["isPinned"] for item in brindle.history()] == [False, True, False])
@@ -86,9 +87,9 @@ class Tour:
         x.click(*x.rect(editor.window).centre)
         self.step("A click elsewhere closes the popover", lambda: not brindle.popover())
         brindle.click_icon(button=3)
-        self.step("A right click on the tray icon opens the menu", brindle.menu)
+        self.step("A right click on the tray icon opens the menu", lambda: brindle.menu() and not brindle.popover())
         brindle.choose(0)
-        self.step("Quit Brindle ends the program", lambda: brindle.process.poll() is not None)
+        self.step("Quit Brindle ends the program", lambda: brindle.process.poll() == 0)
 
     def visit_lists(self):
         brindle, x = self.brindle, self.x
@@ -96,9 +97,9 @@ class Tour:
         def names():
             return [each["name"] for each in brindle.stored("BrindleLists")]
         brindle.click(100, 78)
-        self.step("The tab Pinned shows what is pinned", lambda: brindle.list_length() == 1)
+        self.step("The tab Pinned shows what is pinned", self.shows(1))
         brindle.click(39, 78)
-        self.step("The tab All shows everything", lambda: brindle.list_length() == len(TEXTS))
+        self.step("The tab All shows everything", self.shows(len(TEXTS)))
         brindle.click(175, 78)
         self.step("The button beside the tabs asks for a name", self.is_still)
         x.type("Work\n")
@@ -114,66 +115,66 @@ class Tour:
         self.desktop.wait_for(lambda: brindle.menu() != rect, 5, "the lists")
         brindle.choose(0)
         self.step("The menu's submenu files the entry", lambda: brindle.history()[0].get("listId"))
-        brindle.press_hot_key()
-        self.desktop.wait_for(brindle.has_focus, 5, "popover")
+        brindle.open()
         brindle.click(180, 78)
-        self.step("The list's tab shows it", lambda: brindle.list_length() == 1)
+        self.step("The list's tab shows it", self.shows(1))
         brindle.click(180, 78, button=3)
         brindle.choose(1)
         self.step("The tab's menu asks before it deletes", self.is_still)
         brindle.click(234, 287)
         self.step("Delete removes the list and closes the popover", lambda: not names() and not brindle.popover())
         brindle.press_hot_key()
-        self.step("Its entries are still there", lambda: brindle.has_focus() and brindle.list_length() == len(TEXTS))
+        self.step("Its entries are still there", self.shows(len(TEXTS)))
 
     def visit_settings(self):
         brindle = self.brindle
+        login_item = self.desktop.home / ".config/autostart/org.brindle.Brindle.desktop"
         brindle.choose_from_header(0)
         self.step("The menu's Settings slide in", self.is_still)
         brindle.click(202, 262)
         self.step("A size is chosen", lambda: brindle.setting("maxClipboardItems") == 100)
+        brindle.click(305, 308)
+        self.step("It starts at login", login_item.exists)
         brindle.click(70, 376)
         self.step("Light is chosen", lambda: brindle.setting("appTheme") == "Light")
         brindle.click(305, 191)
-        self.step("The button closes the settings", lambda: self.is_still() and brindle.list_length() == len(TEXTS))
+        self.step("The button closes the settings", self.shows(len(TEXTS)))
         brindle.choose_from_header(1)
         self.step("The menu's About tells the version", brindle.sheet)
         self.x.chord("Escape")
+        self.desktop.wait_for(lambda: not brindle.sheet(), 5, "About is closed")
         brindle.choose_from_header(0)
         self.is_still()
         brindle.click(135, 376)
         self.step("Dark is chosen", lambda: brindle.setting("appTheme") == "Dark")
         brindle.click(10, 300)
-        self.step("A click beside the panel closes it", lambda: brindle.list_length() == len(TEXTS))
+        self.step("A click beside the panel closes it", self.shows(len(TEXTS)))
 
     def visit_guide(self):
         """On a server to which nothing can post keys."""
-        brindle = self.brindle
-        brindle.open()
+        brindle, desktop = self.brindle, self.desktop
+        desktop.copy("captured all the same")
+        brindle.await_contents(["captured all the same"])
+        popover = brindle.open()
         brindle.click_row(0)
         self.step("A click that may not paste opens the guide", brindle.sheet)
+        brindle.await_line("No accessibility permission - showing dialog")
         guide = brindle.sheet()
         self.x.click(guide.x + 240, guide.y + 544)
-        self.step("Done closes the guide", lambda: not brindle.sheet() and brindle.popover())
+        self.step("Done closes the guide", lambda: not brindle.sheet() and brindle.popover() == popover)
+        self.x.chord("Control_L", "Super_L", "v")
+        brindle.await_line("❌ Accessibility permission not granted. Cycling paste aborted.")
 
 
 def main(program, folder):
-    os.environ["BRINDLE"] = str(pathlib.Path(program).resolve())
-    from applications import Brindle, Editor
-    from desktop import Desktop
-
-    folder = pathlib.Path(folder)
+    program, folder = os.path.abspath(program), pathlib.Path(folder)
     folder.mkdir(parents=True, exist_ok=True)
     for old in folder.glob("*.png"):
         old.unlink()
     with Desktop() as desktop:
-        brindle = Brindle(desktop)
-        tour = Tour(desktop, brindle, folder)
-        tour.play(Editor(desktop, "mousepad"))
+        Tour(desktop, program, folder).play()
     with Desktop(server=["-extension", "XTEST"], nested=True) as desktop:
-        desktop.seed_history(TEXTS)
-        tour.move_to(desktop, Brindle(desktop))
-        tour.visit_guide()
+        Tour(desktop, program, folder).visit_guide()
     print(f"Screenshots: {folder}")
 
 

@@ -1,63 +1,14 @@
 """What the tests do on an X display: fingers on the keyboard, the mouse, a look at windows, a picture of the screen."""
-import ctypes
-import struct
+import contextlib
 import time
-import zlib
-from ctypes import POINTER, byref, c_char_p, c_int, c_uint, c_ulong, c_void_p
 from typing import NamedTuple
 
+from PIL import ImageGrab
+from Xlib import XK, X, display, error
+from Xlib.ext import xinput, xtest
+from Xlib.protocol import event, rq
 
-_x, _xi, _xtst = (ctypes.CDLL(name) for name in ("libX11.so.6", "libXi.so.6", "libXtst.so.6"))
-_Handler = ctypes.CFUNCTYPE(c_int, c_void_p, c_void_p)
-
-
-class _DeviceInfo(ctypes.Structure):
-    _fields_ = [("id", c_ulong), ("type", c_ulong), ("name", c_char_p), ("classes", c_int), ("use", c_int),
-                ("class_info", c_void_p)]
-
-
-class _Attributes(ctypes.Structure):
-    _fields_ = [("x", c_int), ("y", c_int), ("width", c_int), ("height", c_int), ("border", c_int), ("depth", c_int),
-                ("visual", c_void_p), ("root", c_ulong), ("class_", c_int), ("bit_gravity", c_int),
-                ("window_gravity", c_int), ("backing_store", c_int), ("planes", c_ulong), ("pixel", c_ulong),
-                ("save_under", c_int), ("colormap", c_ulong), ("installed", c_int), ("map_state", c_int),
-                ("all_masks", ctypes.c_long), ("mask", ctypes.c_long), ("no_propagate", ctypes.c_long),
-                ("override_redirect", c_int), ("screen", c_void_p)]
-
-
-class _KeyState(ctypes.Structure):
-    _fields_ = [("class_", ctypes.c_ubyte), ("length", ctypes.c_ubyte), ("count", ctypes.c_short),
-                ("keys", ctypes.c_ubyte * 32)]
-
-
-class _DeviceState(ctypes.Structure):
-    _fields_ = [("device", c_ulong), ("classes", c_int), ("first", POINTER(_KeyState))]
-
-
-class _Image(ctypes.Structure):
-    _fields_ = [("width", c_int), ("height", c_int), ("x_offset", c_int), ("format", c_int), ("data", c_void_p),
-                ("byte_order", c_int), ("unit", c_int), ("bit_order", c_int), ("pad", c_int), ("depth", c_int),
-                ("bytes_per_line", c_int), ("bits_per_pixel", c_int)]
-
-
-class _ClientMessage(ctypes.Structure):
-    _fields_ = [("type", c_int), ("serial", c_ulong), ("send_event", c_int), ("display", c_void_p),
-                ("window", c_ulong), ("message", c_ulong), ("format", c_int), ("data", ctypes.c_long * 5),
-                ("room", ctypes.c_long * 12)]
-
-
-def _declare(library, result, *names):
-    for name in names:
-        getattr(library, name).restype = result
-
-
-_declare(_x, c_void_p, "XOpenDisplay", "XGetImage")
-_declare(_x, c_ulong, "XDefaultRootWindow", "XInternAtom", "XGetSelectionOwner", "XStringToKeysym",
-         "XCreateSimpleWindow",
-         "XkbKeycodeToKeysym")
-_declare(_xi, POINTER(_DeviceInfo), "XListInputDevices")
-_declare(_xi, c_void_p, "XOpenDevice")
-_declare(_xi, POINTER(_DeviceState), "XQueryDeviceState")
+XK.load_keysym_group("xkb")
 
 
 class Rect(NamedTuple):
@@ -75,55 +26,54 @@ class Rect(NamedTuple):
                 and other.y + other.height <= self.y + self.height)
 
 
+class _DeviceKey(rq.Request):
+    """XTEST's request for a key of one keyboard, for which the library has none."""
+
+    _request = rq.Struct(rq.Card8("opcode"), rq.Opcode(2), rq.RequestLength(), rq.Card8("kind"), rq.Card8("key"),
+                         rq.Pad(29), rq.Card8("device"))
+
+
 class X11:
     """A connection of the test's own. A window that vanishes meanwhile gives empty answers, not an end of the test."""
 
     def __init__(self, name, hands=None):
         """`hands`: the connection to the server that this one is a window of; keys and clicks are made there."""
-        self._error = 0
-        self._handler = _Handler(self._note_error)  # kept: the library only borrows it
-        _x.XSetErrorHandler(self._handler)
-        self._display = c_void_p(_x.XOpenDisplay(name.encode()))
-        if not self._display:
-            raise RuntimeError(f"no X server on {name}")
-        self.root = _x.XDefaultRootWindow(self._display)
-        self._keyboard = self._open_keyboard()
-        self._hands = hands
+        self.name, self.display, self.hands = name, display.Display(name), hands
+        self.display.set_error_handler(lambda *_: None)
+        self.root_window = self.display.screen().root
+        self.root = self.root_window.id
         if hands:
             self.key, self.move, self.button = hands.key, hands.move, hands.button
-
-    def _note_error(self, _display, event):
-        # XErrorEvent: int type, Display*, XID, unsigned long serial, then the code.
-        self._error = ctypes.cast(event + 32, POINTER(ctypes.c_ubyte)).contents.value
-        return 0
+        else:
+            # A device of its own beside the XTEST one, so the server takes its keys for a person's.
+            devices = self.display.xinput_query_device(xinput.AllDevices).devices
+            self.keyboard = next(device.deviceid for device in devices if device.name == "Xvfb keyboard")
 
     def close(self):
-        _x.XCloseDisplay(self._display)
-        if self._hands:
-            self._hands.close()
+        for connection in filter(None, (self, self.hands)):
+            with contextlib.suppress(error.ConnectionClosedError):
+                connection.display.close()
 
     # Properties and windows
 
+    def window(self, number):
+        return self.display.create_resource_object("window", number)
+
     def atom(self, name):
-        return _x.XInternAtom(self._display, name.encode(), 0)
+        return self.display.get_atom(name)
 
     def property(self, window, name):
-        """The property's bytes; 32-bit items are widened to 8 bytes each, as the library hands them out."""
-        kind, form, count, rest, data = c_ulong(), c_int(), c_ulong(), c_ulong(), c_void_p()
-        if _x.XGetWindowProperty(self._display, c_ulong(window), c_ulong(self.atom(name)), ctypes.c_long(0),
-                                 ctypes.c_long(4096), 0, c_ulong(0), byref(kind), byref(form), byref(count),
-                                 byref(rest), byref(data)) != 0 or not data:
+        try:
+            return self.window(window).get_full_property(self.atom(name), X.AnyPropertyType).value
+        except (error.BadWindow, AttributeError):
             return b""
-        value = ctypes.string_at(data, count.value * {8: 1, 16: 2, 32: 8}.get(form.value, 0))
-        _x.XFree(data)
-        return value
 
     def numbers(self, window, name):
-        value = self.property(window, name)
-        return list(struct.unpack(f"{len(value) // 8}L", value))
+        return list(self.property(window, name))
 
     def owner(self, selection):
-        return _x.XGetSelectionOwner(self._display, c_ulong(self.atom(selection)))
+        owner = self.display.get_selection_owner(self.atom(selection))
+        return owner and owner.id
 
     def wm_class(self, window):
         return [part.decode() for part in self.property(window, "WM_CLASS").split(b"\0")[:2]]
@@ -131,28 +81,25 @@ class X11:
     def title(self, window):
         return (self.property(window, "_NET_WM_NAME") or self.property(window, "WM_NAME")).decode("utf-8", "replace")
 
-    def children(self, window):
-        root, parent, found, count = c_ulong(), c_ulong(), POINTER(c_ulong)(), c_uint()
-        if not _x.XQueryTree(self._display, c_ulong(window), byref(root), byref(parent), byref(found), byref(count)):
-            return []
-        windows = found[:count.value] if count.value else []
-        if found:
-            _x.XFree(found)
-        return windows
-
     def tree(self, window=None):
-        for child in self.children(window or self.root):
-            yield child
-            yield from self.tree(child)
+        try:
+            children = self.window(window or self.root).query_tree().children
+        except error.BadWindow:
+            return
+        for child in children:
+            yield child.id
+            yield from self.tree(child.id)
 
     def rect(self, window):
         """Where the window is on the screen; none while it is not seen."""
-        seen, x, y, child = _Attributes(), c_int(), c_int(), c_ulong()
-        if not _x.XGetWindowAttributes(self._display, c_ulong(window), byref(seen)) or seen.map_state != 2:
-            return None
-        _x.XTranslateCoordinates(self._display, c_ulong(window), c_ulong(self.root), 0, 0, byref(x), byref(y),
-                                 byref(child))
-        return Rect(x.value, y.value, seen.width, seen.height)
+        try:
+            shown = self.window(window)
+            if shown.get_attributes().map_state == X.IsViewable:
+                size, place = shown.get_geometry(), self.root_window.translate_coords(shown, 0, 0)
+                return Rect(place.x, place.y, size.width, size.height)
+        except (error.BadWindow, error.BadDrawable):
+            pass
+        return None
 
     def windows(self, name, seen=True):
         """The windows with this class or instance, letter case aside, at any depth."""
@@ -165,59 +112,39 @@ class X11:
     def active(self):
         return (self.numbers(self.root, "_NET_ACTIVE_WINDOW") or [0])[0]
 
-    def focus(self):
-        window, revert = c_ulong(), c_int()
-        _x.XGetInputFocus(self._display, byref(window), byref(revert))
-        return window.value
-
     def activate(self, window):
         self.ask("_NET_ACTIVE_WINDOW", window, 2)
 
-    def ask(self, name, window, *data):
-        """A client message to the window manager."""
-        message = _ClientMessage(type=33, window=window, message=self.atom(name), format=32)
-        message.data[:len(data)] = data
-        _x.XSendEvent(self._display, c_ulong(self.root), 0, ctypes.c_long(0x180000), byref(message))
-        _x.XSync(self._display, 0)
+    def ask(self, name, window, *data, to=None):
+        """A client message, to the window manager unless told."""
+        message = event.ClientMessage(window=window, client_type=self.atom(name), data=(32, [*data, 0, 0, 0, 0, 0][:5]))
+        mask = 0 if to else X.SubstructureNotifyMask | X.SubstructureRedirectMask
+        self.window(to or self.root).send_event(message, mask)
+        self.display.sync()
 
-    # The keyboard: a device of its own beside the XTEST one, so the server takes these keys for a person's
-
-    def _keyboards(self):
-        """The names and numbers of all keyboards that keys are pressed on."""
-        count = c_int()
-        devices = _xi.XListInputDevices(self._display, byref(count))
-        found = {devices[i].name: devices[i].id for i in range(count.value) if devices[i].use == 3}
-        _xi.XFreeDeviceList(devices)
-        return found
-
-    def _open_device(self, number):
-        return c_void_p(_xi.XOpenDevice(self._display, c_ulong(number)))
-
-    def _open_keyboard(self):
-        number = self._keyboards().get(b"Xvfb keyboard")
-        return self._open_device(number) if number else None
+    # The keyboard
 
     def keys_down(self):
-        """Pairs of a keyboard and a key that is down on it, the keyboard that applications see among them."""
-        core = (ctypes.c_ubyte * 32)()
-        _x.XQueryKeymap(self._display, core)
-        down = {"core": core}
-        for name, number in self._keyboards().items():
-            state = _xi.XQueryDeviceState(self._display, self._open_device(number)).contents
-            down[name.decode()] = state.first.contents.keys
-        return [(name, key) for name, keys in down.items() for key in range(256) if keys[key // 8] >> key % 8 & 1]
+        """The codes of the keys that are down on any keyboard."""
+        return {code for code in range(256) if self.display.query_keymap()[code // 8] >> code % 8 & 1}
 
-    def _keycode(self, keysym):
-        value = ord(keysym) if len(keysym) == 1 else _x.XStringToKeysym(keysym.encode())
-        code = _x.XKeysymToKeycode(self._display, c_ulong(value))
+    def keycode(self, keysym):
+        """The key, and whether it takes Shift."""
+        while self.display.pending_events():
+            change = self.display.next_event()
+            if change.type == X.MappingNotify:
+                self.display.refresh_keyboard_mapping(change)
+        value = ord(keysym) if len(keysym) == 1 else XK.string_to_keysym(keysym)
+        code = self.display.keysym_to_keycode(value)
         if not value or not code:
             raise ValueError(f"no key for {keysym!r}")
-        return code, _x.XkbKeycodeToKeysym(self._display, code, 0, 0) != value
+        return code, self.display.keycode_to_keysym(code, 0) != value
 
     def key(self, keysym, down):
-        _xtst.XTestFakeDeviceKeyEvent(self._display, self._keyboard, self._keycode(keysym)[0], int(down), None, 0,
-                                      c_ulong(0))
-        _x.XSync(self._display, 0)
+        kind = self.display.query_extension("XInputExtension").first_event + (1 if down else 2)
+        _DeviceKey(display=self.display.display, opcode=self.display.display.get_extension_major(xtest.extname),
+                   kind=kind, key=self.keycode(keysym)[0], device=self.keyboard)
+        self.display.sync()
 
     def chord(self, *keysyms):
         for keysym in keysyms:
@@ -228,30 +155,31 @@ class X11:
     def type(self, text):
         for character in text:
             keysym = "Return" if character == "\n" else character
-            self.chord(*(["Shift_L"] if self._keycode(keysym)[1] else []), keysym)
+            self.chord(*(["Shift_L"] if self.keycode(keysym)[1] else []), keysym)
             time.sleep(0.004)  # a fast typist; editors drop nothing at this pace
 
     def fake_key(self, keysym, down):
         """As programs do that bring somebody's keys here from another machine."""
-        _xtst.XTestFakeKeyEvent(self._display, c_uint(self._keycode(keysym)[0]), int(down), c_ulong(0))
-        _x.XSync(self._display, 0)
+        self._fake(X.KeyPress if down else X.KeyRelease, self.keycode(keysym)[0])
 
     def grab(self, keysym, modifiers):
         """Takes a combination away from everybody else; false when somebody has it already."""
-        self._error = 0
-        _x.XGrabKey(self._display, self._keycode(keysym)[0], c_uint(modifiers), c_ulong(self.root), 0, 1, 1)
-        _x.XSync(self._display, 0)
-        return self._error == 0
+        refusal = error.CatchError(error.BadAccess)
+        self.root_window.grab_key(self.keycode(keysym)[0], modifiers, False, X.GrabModeAsync, X.GrabModeAsync, refusal)
+        self.display.sync()
+        return not refusal.get_error()
 
     # The mouse
 
+    def _fake(self, kind, detail=0, x=0, y=0):
+        self.display.xtest_fake_input(kind, detail, x=int(x), y=int(y))
+        self.display.sync()
+
     def move(self, x, y):
-        _xtst.XTestFakeMotionEvent(self._display, -1, int(x), int(y), c_ulong(0))
-        _x.XSync(self._display, 0)
+        self._fake(X.MotionNotify, x=x, y=y)
 
     def button(self, number, down):
-        _xtst.XTestFakeButtonEvent(self._display, c_uint(number), int(down), c_ulong(0))
-        _x.XSync(self._display, 0)
+        self._fake(X.ButtonPress if down else X.ButtonRelease, number)
 
     def click(self, x, y, button=1):
         self.move(x, y)
@@ -262,31 +190,14 @@ class X11:
     # The screen
 
     def paint_root(self, colour):
-        _x.XSetWindowBackground(self._display, c_ulong(self.root), c_ulong(colour))
-        _x.XClearWindow(self._display, c_ulong(self.root))
-        _x.XSync(self._display, 0)
+        self.root_window.change_attributes(background_pixel=colour)
+        self.root_window.clear_area()
+        self.display.sync()
 
     def pixels(self, rect=None):
-        """Red, green and blue of each point of the rectangle, or of the screen."""
-        rect = rect or self.rect(self.root)
-        image = ctypes.cast(_x.XGetImage(self._display, c_ulong(self.root), *rect, c_ulong(0xFFFFFFFF), 2),
-                            POINTER(_Image)).contents
-        data = ctypes.string_at(image.data, image.bytes_per_line * image.height)
-        _x.XDestroyImage(byref(image))
-        pixels = bytearray(rect.width * rect.height * 3)
-        for channel in range(3):
-            pixels[channel::3] = data[2 - channel::4]
-        return pixels
+        """Blue, green, red and nothing, a byte each, of each point of the rectangle or of the screen."""
+        return self.root_window.get_image(*(rect or self.rect(self.root)), X.ZPixmap, 0xFFFFFFFF).data
 
     def screenshot(self, path, rect=None):
-        rect = rect or self.rect(self.root)
-        width, height = rect[2:]
-        pixels = self.pixels(rect)
-        rows = b"".join(b"\0" + pixels[y * width * 3:(y + 1) * width * 3] for y in range(height))
-
-        def chunk(kind, body):
-            return struct.pack(">I", len(body)) + kind + body + struct.pack(">I", zlib.crc32(kind + body))
-
-        with open(path, "wb") as file:
-            file.write(b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", struct.pack(">IIBBBBB", width, height, 8, 2, 0, 0, 0))
-                       + chunk(b"IDAT", zlib.compress(rows, 1)) + chunk(b"IEND", b""))
+        x, y, width, height = rect or self.rect(self.root)
+        ImageGrab.grab((x, y, x + width, y + height), xdisplay=self.name).save(path)
