@@ -66,11 +66,13 @@ def below_others(stage):
     stage.set_state(stage.others[0], "_NET_WM_STATE_ABOVE")
 
 
-def open_dialog(stage):
-    known = set(stage.x.clients())
-    stage.x.chord("Control_L", "r")
-    stage.dialog = stage.wait_for(lambda: set(stage.x.clients()) - known, 5, "dialog").pop()
-    stage.wait_for(lambda: stage.x.active() == stage.dialog, 5, "dialog in front")
+def open_dialog(*shortcut):
+    def open_it(stage):
+        known = set(stage.x.clients())
+        stage.x.chord(*shortcut)
+        stage.dialog = stage.wait_for(lambda: set(stage.x.clients()) - known, 5, "dialog").pop()
+        stage.wait_for(lambda: stage.x.active() == stage.dialog, 5, "dialog in front")
+    return open_it
 
 
 # What happens after it, the paste among it
@@ -121,7 +123,9 @@ SCENES = {
     "minimised, alone": Scene(before=minimised, others=()),
     "fullscreen": Scene(before=fullscreen),
     "below another": Scene(before=below_others),
-    "its dialog": Scene(before=open_dialog, after=paste_into_dialog),
+    "its dialog": Scene(before=open_dialog("Control_L", "r"), after=paste_into_dialog),
+    "a terminal's dialog": Scene("xfce4-terminal", before=open_dialog("Control_L", "Shift_L", "f"),
+                                 after=paste_into_dialog),
     "closes after the choice": Scene("featherpad", after=close),
     "stopped for 0.5 s": Scene("featherpad", after=stop_for(0.5)),
     "stopped for 2 s": Scene("featherpad", after=stop_for(2)),

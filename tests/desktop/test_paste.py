@@ -19,7 +19,7 @@ ROWS = [
     ("copies", "openbox", "mousepad", HELD), ("captures", "openbox", "mousepad", ONCE),
     ("captures", "openbox", "featherpad", ONCE), ("windows", "metacity", "one of three windows", ONCE),
     ("windows", "openbox", "another desktop", ONCE), ("windows", "xfwm4", "below another", ONCE),
-    ("windows", "xfwm4", "its dialog", ONCE), ("windows", "openbox", "closes after the choice", ONCE),
+    ("windows", "xfwm4", "a terminal's dialog", ONCE), ("windows", "openbox", "closes after the choice", ONCE),
     ("windows", "openbox", "terminal stopped for 2 s", ONCE)]
 
 

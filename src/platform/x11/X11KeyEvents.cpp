@@ -114,7 +114,10 @@ void X11KeyEvents::post(EventTapLocation /*location*/, const KeyEvent& event) {
 }
 
 void X11KeyEvents::postPaste() {
-    const auto chord = pasteChordFor(x11::namesOf(connection_, x11::receiverOfKeys(connection_)));
+    const auto window = x11::receiverOfKeys(connection_);
+    // The fields of a dialog are the toolkit's, whatever the application does in its own window.
+    const auto chord =
+        x11::isDialog(connection_, window) ? PasteChord::controlV : pasteChordFor(x11::namesOf(connection_, window));
     if (chord == PasteChord::shiftInsert)
         lendPrimary();
     const auto keys = keysOf(chord, keyboard_);

@@ -92,6 +92,11 @@ bool has(const std::vector<std::uint32_t>& values, std::uint32_t value) {
     return std::find(values.begin(), values.end(), value) != values.end();
 }
 
+bool isOfType(X11Connection& connection, xcb_window_t window, std::string_view type) {
+    return has(connection.property32(window, connection.atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM),
+               connection.atom(type));
+}
+
 }  // namespace
 
 bool managerSupports(X11Connection& connection, std::string_view feature) {
@@ -182,9 +187,12 @@ std::vector<xcb_window_t> underPointer(X11Connection& connection) {
     return path;
 }
 
+bool isDialog(X11Connection& connection, xcb_window_t window) {
+    return ownerOf(connection, window) != none || isOfType(connection, window, "_NET_WM_WINDOW_TYPE_DIALOG");
+}
+
 bool isDock(X11Connection& connection, xcb_window_t window) {
-    return has(connection.property32(window, connection.atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM),
-               connection.atom("_NET_WM_WINDOW_TYPE_DOCK"));
+    return isOfType(connection, window, "_NET_WM_WINDOW_TYPE_DOCK");
 }
 
 }  // namespace brindle::x11

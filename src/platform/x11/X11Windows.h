@@ -48,6 +48,9 @@ bool isOrBelongsTo(X11Connection& connection, xcb_window_t window, xcb_window_t 
 /// The windows under the pointer from the root's child inwards; empty over the bare root.
 std::vector<xcb_window_t> underPointer(X11Connection& connection);
 
+/// Whether it is one by its type or belongs to another window.
+bool isDialog(X11Connection& connection, xcb_window_t window);
+
 bool isDock(X11Connection& connection, xcb_window_t window);
 
 }  // namespace brindle::x11
