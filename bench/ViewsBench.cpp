@@ -1,41 +1,15 @@
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
-#include <QKeyEvent>
 #include <QScrollBar>
 
-#include "bench/Desk.h"
-#include "views/ContentView.h"
+#include "bench/Window.h"
 #include "views/HistoryView.h"
 #include "views/TextField.h"
 
 namespace brindle::bench {
 
 namespace {
-
-/// The main view over a history, as the popover shows it.
-struct Window {
-    Window(std::size_t count, std::size_t bytes) : desk(Storing::nowhere, count, bytes) {
-        view.show();
-        QApplication::setActiveWindow(&view);
-        QApplication::processEvents();  // a window paints once it is exposed
-        redraw();
-    }
-
-    /// What one turn of the main loop does.
-    void redraw() {
-        desk.platform.queue.run();
-        view.repaint();
-    }
-
-    Desk desk;
-    ContentView view{desk.history, desk.monitor, desk.settings};
-};
-
-void type(QWidget& field, QChar character) {
-    QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, character);
-    QApplication::sendEvent(&field, &press);
-}
 
 void keystrokeInTheSearch(benchmark::State& state) {
     Window window(10'000, static_cast<std::size_t>(state.range(0)));
