@@ -1,19 +1,20 @@
 #include "model/StoredForm.h"
 
-// Long texts are read sixteen bytes at a time.
+// Long texts are read and written sixteen bytes at a time.
 #ifdef __SSE2__
 #define RAPIDJSON_SSE2
+#include <emmintrin.h>
 #endif
 #include <rapidjson/reader.h>
 #include <rapidjson/writer.h>
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <bitset>
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <functional>
 #include <span>
 #include <utility>
@@ -115,16 +116,20 @@ private:
     std::size_t depth_ = outermost;  // arrays and objects that are open
 };
 
-/// JSON has none of these, but the parser's quick way through a text lets them pass.
-bool isControlPassedOver(char character) {
-    return character >= 0x1A && character <= 0x1F;
+/// JSON has no control characters in a text, but the parser's quick way through one lets these pass. Without a way out
+/// of the loop the compiler looks at many at once.
+bool hasControlPassedOver(std::string_view json) {
+    unsigned char found = 0;
+    for (const char character : json)
+        found |= static_cast<unsigned char>(character >= 0x1A && character <= 0x1F);
+    return found != 0;
 }
 
 /// Iterative, so that depth costs heap and not stack; in place, so that a long text is not gathered on the side.
 bool read(std::string json, ObjectsHandler& handler) {
     constexpr unsigned flags =
         rapidjson::kParseIterativeFlag | rapidjson::kParseInsituFlag | rapidjson::kParseNumbersAsStringsFlag;
-    if (!unicode::isWellFormed(json) || std::ranges::any_of(json, isControlPassedOver))
+    if (!unicode::isWellFormed(json) || hasControlPassedOver(json))
         return false;
     const std::size_t size = json.size();
     json.append(readAhead, '\0');
@@ -189,20 +194,27 @@ std::optional<CustomList> makeList(Values& values) {
     return CustomList{*id, std::move(*name), Date{*createdAt}};
 }
 
+bool needsEscape(char character) {
+    return static_cast<unsigned char>(character) < ' ' || character == '"' || character == '\\';
+}
+
 /// How many bytes at the start of the text need no escape.
 std::size_t plainLength(std::string_view text) {
-    constexpr std::uint64_t ones = 0x0101010101010101U;
-    constexpr std::uint64_t highBits = ones * 0x80;
-    const auto isAnyBelow = [](std::uint64_t eight, std::uint64_t limit) {
-        return (eight - ones * limit) & ~eight & highBits;
-    };
     std::size_t at = 0;
-    for (std::uint64_t eight; at + sizeof eight <= text.size(); at += sizeof eight) {
-        std::memcpy(&eight, text.data() + at, sizeof eight);
-        if ((isAnyBelow(eight, ' ') | isAnyBelow(eight ^ ones * '"', 1) | isAnyBelow(eight ^ ones * '\\', 1)) != 0)
-            break;
+#ifdef __SSE2__
+    const __m128i lastControl = _mm_set1_epi8(' ' - 1);
+    const __m128i quote = _mm_set1_epi8('"');
+    const __m128i backslash = _mm_set1_epi8('\\');
+    for (; at + sizeof(__m128i) <= text.size(); at += sizeof(__m128i)) {
+        const __m128i piece = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + at));
+        const __m128i isControl = _mm_cmpeq_epi8(_mm_min_epu8(piece, lastControl), piece);
+        const __m128i isMarked = _mm_or_si128(_mm_cmpeq_epi8(piece, quote), _mm_cmpeq_epi8(piece, backslash));
+        const auto found = static_cast<unsigned>(_mm_movemask_epi8(_mm_or_si128(isControl, isMarked)));
+        if (found != 0)
+            return at + static_cast<std::size_t>(std::countr_zero(found));
     }
-    while (at < text.size() && static_cast<unsigned char>(text[at]) >= ' ' && text[at] != '"' && text[at] != '\\')
+#endif
+    while (at < text.size() && !needsEscape(text[at]))
         ++at;
     return at;
 }
