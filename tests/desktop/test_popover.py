@@ -13,8 +13,15 @@ class PopoverTest(DesktopTest):
                 brindle, editor, x = Brindle(desktop), Editor(desktop, "mousepad"), desktop.x
                 hot_key, icon = brindle.press_hot_key, brindle.click_icon
                 inside = x.rect(editor.window).centre
+
+                def slowly():
+                    was_open = bool(brindle.popover())
+                    x.move(*brindle.icon().centre)
+                    x.button(1, True)
+                    desktop.stays(lambda: bool(brindle.popover()) == was_open, 0.4, "as it was until the button is up")
+                    x.button(1, False)
                 for name, open_it, close_it in (
-                        ("hot key", hot_key, hot_key), ("icon", icon, icon), ("icon, hot key", icon, hot_key),
+                        ("hot key", hot_key, hot_key), ("icon", icon, icon), ("icon, slowly", slowly, slowly), ("icon, hot key", icon, hot_key),
                         ("hot key, icon", hot_key, icon), ("Escape", hot_key, lambda: x.chord("Escape")),
                         ("click elsewhere", icon, lambda: x.click(*inside)),
                         ("focus elsewhere", hot_key, lambda: x.activate(editor.window))):

@@ -18,6 +18,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto dockingTime = 500ms;  // after which an embedded icon has its place and its background
+constexpr auto lookInterval = 10ms;  // for the end of a click
 constexpr int edgeGap = 8;           // points
 
 void fill(QMenu& menu, const Menu& items) {
@@ -68,6 +69,8 @@ QtStatusItem::QtStatusItem(StatusBarContext& context)
     : context_(context), hosts_(context.windowSystem, [this](TrayKind kind) { createIcon(kind); }) {
     docking_.setSingleShot(true);
     docking_.callOnTimeout([this] { updateIcon(); });
+    release_.setInterval(lookInterval);
+    release_.callOnTimeout([this] { awaitRelease(); });
     colorScheme_ = context_.colorSchemes.onChange([this] { docking_.start(dockingTime); });
     embeddingTray_ = context_.windowSystem.onEmbeddingTrayChange([this] { docking_.start(dockingTime); });
 }
@@ -118,16 +121,29 @@ void QtStatusItem::handleActivation(QSystemTrayIcon::ActivationReason reason) {
     lastClick_ = QCursor::pos();
     docking_.start(dockingTime);  // the panel may look different by now
     context_.clicks.emit();
+    handleClick();  // one before it whose release was not seen between the two
     // The second press of a double click comes as DoubleClick alone.
     if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::DoubleClick)
-        handleClick(EventType::leftMouseUp, leftMouseUpMask);
+        click_ = EventType::leftMouseUp;
     else if (reason == QSystemTrayIcon::Context)
-        handleClick(EventType::rightMouseUp, rightMouseUpMask);
+        click_ = EventType::rightMouseUp;
+    awaitRelease();
 }
 
-void QtStatusItem::handleClick(EventType event, std::uint64_t mask) {
-    if (action_ && (mask_ & mask) != 0)
-        context_.application.handle(event, action_);
+// An icon in an embedding tray is told of the press; a host tells of the whole click.
+void QtStatusItem::awaitRelease() {
+    if (kind_ == TrayKind::embedding && context_.windowSystem.isMouseButtonDown())
+        release_.start();
+    else
+        handleClick();
+}
+
+void QtStatusItem::handleClick() {
+    release_.stop();
+    const auto event = std::exchange(click_, std::nullopt);
+    const auto mask = event == EventType::rightMouseUp ? rightMouseUpMask : leftMouseUpMask;
+    if (event && action_ && (mask_ & mask) != 0)
+        context_.application.handle(*event, action_);
 }
 
 void QtStatusItem::showMenu() {

@@ -29,7 +29,8 @@ public:
 private:
     void createIcon(TrayKind kind);
     void handleActivation(QSystemTrayIcon::ActivationReason reason);
-    void handleClick(EventType event, std::uint64_t mask);
+    void awaitRelease();
+    void handleClick();
     void showMenu();
     void updateIcon();
     [[nodiscard]] ColorScheme menuScheme() const;  ///< that of the program's windows
@@ -48,6 +49,8 @@ private:
     QPointer<QMenu> openMenu_;
     QMenu hostMenu_;
     QTimer docking_;
+    std::optional<EventType> click_;  ///< to be handled when the button is up
+    QTimer release_;
     std::unique_ptr<QSystemTrayIcon> icon_;
     TrayHosts hosts_;
     Subscription colorScheme_;
