@@ -1,5 +1,6 @@
 #include "app/BrindleApp.h"
 
+#include <malloc.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <xcb/xcb.h>
@@ -48,6 +49,20 @@ void keepMemoryPrivate() {
         ::prctl(PR_SET_DUMPABLE, 0, 0, 0, 0);
         ::setrlimit(RLIMIT_CORE, &before);
     });
+}
+
+/// Large texts and what is made of them go back to the system when they are freed. Left to itself, the allocator keeps
+/// as much as the largest took; told to keep less than this, it asks for the same memory again at every copy.
+void limitSpareMemory() {
+    constexpr int spare = 4 << 20;  // bytes
+    ::mallopt(M_MMAP_THRESHOLD, spare);
+    ::mallopt(M_TRIM_THRESHOLD, spare);
+}
+
+/// What the start needed once: the stored history in other forms above all.
+void returnSpareMemorySoon() {
+    constexpr std::chrono::milliseconds startMayTake{500};
+    QTimer::singleShot(startMayTake, [] { ::malloc_trim(0); });
 }
 
 bool isWaylandSession() {
@@ -110,6 +125,7 @@ std::unique_ptr<QApplication> makeToolkit(char** argv) {
 int BrindleApp::run(char** argv) {
     // A closed standard output costs log lines, not the program.
     std::signal(SIGPIPE, SIG_IGN);
+    limitSpareMemory();
     if (!isServerReachable()) {
         logMissingServer();
         return EXIT_FAILURE;
@@ -120,6 +136,7 @@ int BrindleApp::run(char** argv) {
     QTimer::singleShot(0, [] { QApplication::setWindowIcon(QIcon::fromTheme(FreedesktopBundle::identifier)); });
     neverStartSessionBus();
     keepMemoryPrivate();
+    returnSpareMemorySoon();
     const auto desktop = X11Platform::create();
     if (!desktop)
         return EXIT_FAILURE;  // the server went between the two looks at it

@@ -1,7 +1,6 @@
 #include <QDateTime>
 #include <QLocale>
 #include <QPainter>
-#include <QRegularExpression>
 #include <QTransform>
 #include <algorithm>
 #include <array>
@@ -58,8 +57,9 @@ int HistoryItemRow::textWidth(const ClipboardItem& item) {
 
 QString HistoryItemRow::timeText(Date date) {
     const QLocale locale = QLocale::system();
-    static const QRegularExpression seconds(QStringLiteral("[:.]ss?"));
-    const QString format = locale.timeFormat(QLocale::ShortFormat).remove(seconds);
+    QString format = locale.timeFormat(QLocale::ShortFormat);
+    for (const auto seconds : {QLatin1String(":ss"), QLatin1String(".ss"), QLatin1String(":s"), QLatin1String(".s")})
+        format.remove(seconds);
     return locale.toString(QDateTime::fromMSecsSinceEpoch(std::llround(date.unixTime() * 1000)).time(), format);
 }
 

@@ -190,6 +190,7 @@ std::optional<std::string> DefaultsDatabase::bytes(std::string_view key, Default
     if (seek(key) && sqlite3_column_type(select_.get(), 0) == type)
         found = bytesOf(select_.get());
     sqlite3_reset(select_.get());
+    sqlite3_db_release_memory(connection_);  // what was read is not read again
     return found;
 }
 
