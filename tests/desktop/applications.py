@@ -2,6 +2,7 @@
 import contextlib
 import json
 import os
+import reprlib
 import sqlite3
 import subprocess
 import threading
@@ -35,16 +36,13 @@ class Editor:
         command = [word.replace("{home}", str(desktop.home)) for word in command]
         before = set(self.x.windows(window_class))
         self.process = desktop.run(*command, page.address if page else str(self.path), environment=environment)
-        self.window = desktop.wait_for(lambda: self._new_window(window_class, before), 90, f"window of {program}")
+        self.window = desktop.wait_for(lambda: set(self.x.windows(window_class)) & set(self.x.clients()) - before, 90,
+                                       f"window of {program}").pop()
         if self.process.poll() is None:  # else it was handed to a first instance
             desktop.await_idle(self.process)
         if page:  # the window comes before the page
             desktop.wait_for(self.path.exists, 60, "page in the browser")
         self.activate()
-
-    def _new_window(self, window_class, before):
-        clients = self.x.clients()
-        return next((window for window in self.x.windows(window_class) if window not in before and window in clients), 0)
 
     @property
     def is_active(self):
@@ -66,10 +64,8 @@ class Editor:
         return self.path.read_bytes().decode(errors="replace")
 
     def await_text(self, expected, seconds=10):
-        try:
-            self.desktop.wait_for(lambda: self.text().rstrip("\n") == expected, seconds, "text in the editor")
-        except AssertionError as failure:
-            raise AssertionError(f"{failure}\n{self.program} has {self.text()!r} instead of {expected!r}") from None
+        self.desktop.wait_for(lambda: self.text().rstrip("\n") == expected, seconds,
+                              lambda: f"{self.program} has {expected!r}; it has {self.text()!r}")
 
     def copy_all(self):
         self.x.chord("Control_L", "a")
@@ -110,16 +106,15 @@ class Brindle:
 
     def setting(self, key):
         """The stored value; none while there is no store that could be read."""
-        address = f"file:{self.desktop.store_path}?mode=ro"
-        with contextlib.suppress(sqlite3.DatabaseError), contextlib.closing(sqlite3.connect(address, uri=True)) as store:
+        with contextlib.suppress(sqlite3.DatabaseError), contextlib.closing(
+                sqlite3.connect(f"file:{self.desktop.store_path}?mode=ro", uri=True)) as store:
             return dict(store.execute("select key, value from defaults where key = ?", (key,))).get(key)
 
     def stored(self, key):
         try:
-            items = json.loads(self.setting(key) or "[]")
+            return json.loads(self.setting(key) or "[]")
         except (ValueError, RecursionError):
             return []
-        return items if isinstance(items, list) else []
 
     def history(self):
         """The stored entries, newest first."""
@@ -129,40 +124,36 @@ class Brindle:
         return [item["content"] for item in self.history()]
 
     def await_contents(self, expected, seconds=6):
-        try:
-            self.desktop.wait_for(lambda: self.contents() == expected, seconds, f"history is {_short(expected)}")
-        except AssertionError as failure:
-            raise AssertionError(f"{failure}\nthe history is {_short(self.contents())}") from None
+        self.desktop.wait_for(lambda: self.contents() == expected, seconds,
+                              lambda: f"history is {reprlib.repr(expected)}; it is {reprlib.repr(self.contents())}")
 
     # The screen
 
-    def _windows(self):
-        return [(window, self.x.rect(window)) for window in self.x.windows("brindle")]
+    def _seen(self, fits):
+        """The windows that fit, the newest last, each with its rectangle."""
+        windows = [(window, self.x.rect(window)) for window in self.x.windows("brindle")]
+        return [(window, rect) for window, rect in windows if rect and fits(rect)] or [(None, None)]
 
     def icon(self):
-        return next((rect for _, rect in self._windows() if rect and rect.width < 64 and rect.height < 64), None)
+        return self._seen(lambda rect: rect.width < 64 and rect.height < 64)[0][1]
 
     def popover_window(self):
-        return next((window for window, rect in self._windows()
-                     if rect and rect.width >= POPOVER[0] and rect.height >= POPOVER[1]), None)
+        return self._seen(lambda rect: rect.width >= POPOVER[0] and rect.height >= POPOVER[1])[0][0]
 
     def popover(self):
         """The rectangle of its content, the shadow's margin left out."""
-        window = self.popover_window()
-        rect = window and self.x.rect(window)
-        if not rect:
-            return None
-        left, top = ((32, 22) if rect.width > POPOVER[0] else (0, 0))
-        return Rect(rect.x + left, rect.y + top, *POPOVER)
+        rect = self._seen(lambda rect: rect.width >= POPOVER[0] and rect.height >= POPOVER[1])[0][1]
+        left, top = (32, 22) if rect and rect.width > POPOVER[0] else (0, 0)
+        return rect and Rect(rect.x + left, rect.y + top, *POPOVER)
 
     def sheet(self):
         """The window of a sheet over the popover."""
-        return next((rect for window, rect in self._windows() if self.x.title(window).endswith("— Brindle")), None)
+        return next((self.x.rect(window) for window in self.x.windows("brindle")
+                     if self.x.title(window).endswith("— Brindle")), None)
 
     def menu(self):
         """The rectangle of an open menu, the newest one."""
-        menus = [rect for _, rect in self._windows() if rect and rect.width >= 64 and rect.height < POPOVER[1]]
-        return menus[-1] if menus else None
+        return self._seen(lambda rect: rect.width >= 64 and rect.height < POPOVER[1])[-1][1]
 
     def has_focus(self):
         window = self.popover_window()
@@ -229,10 +220,6 @@ class Brindle:
         """What the sanitizers said."""
         output = self.desktop.output_of(self.process)
         return [line for line in output.splitlines() if "Sanitizer" in line or "runtime error" in line]
-
-
-def _short(texts):
-    return [text if len(text) < 60 else f"{text[:20]}… ({len(text)})" for text in texts]
 
 
 class DesktopTest(unittest.TestCase):

@@ -1,4 +1,5 @@
 """A virtual desktop for one test: X server, session bus, window manager, tray and a home; all of it ends with it."""
+import contextlib
 import ctypes
 import json
 import os
@@ -85,7 +86,13 @@ class Desktop:
         self.environment = ENVIRONMENT | {name: str(self.home / folder) for name, folder in FOLDERS.items()}
         for folder in FOLDERS.values():
             (self.home / folder).mkdir(mode=0o700, parents=True, exist_ok=True)
-        self._start_server()
+        width, height = self.size
+        if self.nested:
+            self._run_server("Xvfb", "-screen", "0", f"{width}x{height}x24")
+            self._run_server("Xephyr", "-screen", f"{width}x{height}", *self.server_arguments)
+        else:
+            self._run_server("Xvfb", "-screen", "0", f"{width}x{height}x24", *self.server_arguments)
+        self.x.move(width // 2, height // 2)
         if self.bus:
             self.bus_process = self.run("dbus-daemon", "--session", "--nofork", "--print-address=1",
                                         stdout=subprocess.PIPE)
@@ -98,17 +105,6 @@ class Desktop:
         if self.tray_name:
             self.start_tray()
 
-    def _start_server(self):
-        width, height = self.size
-        screen = ["-screen", "0", f"{width}x{height}x24"]
-        if self.nested:
-            self._run_server("Xvfb", *screen)
-            self._run_server("Xephyr", "-screen", f"{width}x{height}", *self.server_arguments)
-        else:
-            self._run_server("Xvfb", *screen, *self.server_arguments)
-        self.x.paint_root(0x51606F)
-        self.x.move(width // 2, height // 2)
-
     def _run_server(self, program, *arguments):
         self.server = self.run(program, "-displayfd", "1", "-noreset", "-nolisten", "tcp", *arguments,
                                stdout=subprocess.PIPE)
@@ -117,6 +113,7 @@ class Desktop:
             raise RuntimeError(f"{program} did not start: " + self.output_of(self.server))
         self.environment["DISPLAY"] = f":{number}"
         self.x = X11(self.environment["DISPLAY"], hands=self.x)
+        self.x.paint_root(0x51606F)
 
     def start_tray(self):
         (self.home / "tint2rc").write_text(TINT2)
@@ -127,6 +124,12 @@ class Desktop:
         self.tray.kill()
         self.tray.wait()
         self.wait_for(lambda: not self.x.owner("_NET_SYSTEM_TRAY_S0"), 20, "tray gone")
+
+    def replace_window_manager(self):
+        before = self.x.numbers(self.x.root, "_NET_SUPPORTING_WM_CHECK")
+        self.run("openbox", "--replace")
+        self.wait_for(lambda: self.x.numbers(self.x.root, "_NET_SUPPORTING_WM_CHECK") not in ([], before), 20,
+                      "the other window manager")
 
     def start_compositor(self):
         self._compositor = self.run("picom", "--backend", "xrender", "--config", "/dev/null")
@@ -174,13 +177,10 @@ class Desktop:
     def seed(self, **values):
         """A store as a Brindle that ran before would have left it."""
         self.store_path.parent.mkdir(mode=0o700, parents=True, exist_ok=True)
-        store = sqlite3.connect(self.store_path)
-        store.execute("PRAGMA page_size = 16384")
-        store.execute("CREATE TABLE defaults (key TEXT PRIMARY KEY NOT NULL, value ANY NOT NULL) STRICT, WITHOUT ROWID")
-        store.execute("PRAGMA user_version = 1")
-        store.executemany("INSERT INTO defaults VALUES (?, ?)", values.items())
-        store.commit()
-        store.close()
+        with contextlib.closing(sqlite3.connect(self.store_path, isolation_level=None)) as store:
+            store.executescript("PRAGMA page_size = 16384; PRAGMA user_version = 1; CREATE TABLE defaults "
+                                "(key TEXT PRIMARY KEY NOT NULL, value ANY NOT NULL) STRICT, WITHOUT ROWID")
+            store.executemany("INSERT INTO defaults VALUES (?, ?)", values.items())
 
     def seed_history(self, contents, limit=50):
         """The newest text first."""
@@ -190,11 +190,12 @@ class Desktop:
     # Waiting, and what is kept of a failure
 
     def wait_for(self, condition, seconds, what):
-        """The first true answer of the condition; a failed test, with a picture, when there is none in time."""
+        """The first true answer of the condition; a failed test, with a picture, when there is none in time. `what` is
+        a text, or a function that gives it then."""
         deadline = time.monotonic() + seconds
         while not (answer := condition()):
             if time.monotonic() > deadline:
-                self.fail(f"not within {seconds} s: {what}")
+                self.fail(f"not within {seconds} s: {what if isinstance(what, str) else what()}")
             time.sleep(0.02)
         return answer
 
@@ -215,13 +216,10 @@ class Desktop:
 
     def fail(self, text):
         if self.server.poll() is None:
-            active = self.x.active()
-            for window in self.x.clients():
-                text += f"\n{'*' if window == active else ' '} {self.x.title(window)!r} {self.x.rect(window)}"
             FAILURES.mkdir(parents=True, exist_ok=True)
             picture = FAILURES / f"{pathlib.Path(sys.argv[0]).stem}-{os.getpid()}-{time.monotonic_ns() // 1000000}.png"
             self.x.screenshot(picture)
-            text += f"\npicture: {picture}"
+            text += f"\npicture: {picture}, in front: {self.x.title(self.x.active())!r}"
         if self.brindle:
             said = [*self.brindle.lines[-25:], self.output_of(self.brindle.process)[-4000:]]
             text += "\n".join(["\nBrindle said:", *said])
@@ -232,10 +230,8 @@ class Desktop:
     def copy(self, text):
         """A copy made by xclip."""
         before = self.x.owner("CLIPBOARD")
-        with tempfile.TemporaryFile() as file:
-            file.write(text.encode())
-            file.seek(0)
-            self.run("xclip", "-i", "-quiet", "-selection", "clipboard", "-t", "UTF8_STRING", stdin=file)
+        (self.home / "copied").write_bytes(text.encode())
+        self.run("xclip", "-i", "-quiet", "-selection", "clipboard", "-t", "UTF8_STRING", "copied")
         self.wait_for(lambda: self.x.owner("CLIPBOARD") not in (0, before), 10, "xclip owns the clipboard")
 
     def own(self, targets, way="honest"):
@@ -252,7 +248,8 @@ class Desktop:
 
 def entry(content, date=0, **more):
     """An entry of the stored history."""
-    return {"id": str(uuid.uuid4()).upper(), "content": content, "type": "text", "date": date, "isPinned": False, **more}
+    identifier = str(uuid.uuid4()).upper()
+    return {"id": identifier, "content": content, "type": "text", "date": date, "isPinned": False, **more}
 
 
 def _die_with_parent():

@@ -1,7 +1,7 @@
 """A clipboard owner of any behaviour: owner.py WAY TARGET=HEX… takes CLIPBOARD and serves exactly these targets.
 
-`honest` serves them well; what the other ways do to UTF8_STRING stands in `PIECES` and below. Prints "owner" once it has
-the clipboard.
+`honest` serves them well; what the other ways do to UTF8_STRING stands in `PIECES` and below. Prints "owner" once it
+has the clipboard.
 """
 import itertools
 import os

@@ -20,7 +20,7 @@ LAYOUTS = {"us": "us", "de": "de", "fr": "fr", "dvorak": "us(dvorak)", "ru": "us
 
 
 def start(desktop, text="x"):
-    """A Brindle whose history is that text alone, so that every press of the cycling shortcut pastes the newest copy."""
+    """A Brindle whose history is that text alone, so that every press of the cycling shortcut pastes the last copy."""
     desktop.seed_history([text], limit=1)
     return Brindle(desktop)
 
@@ -53,7 +53,7 @@ def paste_in_a_row(editor, text, tries, press=press):
     for _ in range(tries):
         press(editor.desktop)
     try:
-        return editor.desktop.wait_for(lambda: held(editor) == before + text * tries, 10 + len(text) / 20000, "the text")
+        return editor.desktop.wait_for(lambda: held(editor) == before + text * tries, 10 + len(text) / 20000, "text")
     except AssertionError as failure:
         arrived = held(editor)[len(before):][:200]
         print(f"{failure}"[:1500], f"it has {arrived!r} of {text[:40]!r} × {tries}", sep="\n", file=sys.stderr)

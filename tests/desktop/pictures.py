@@ -30,7 +30,8 @@ def take(program, theme, path):
     history = [entry(text, NOW - index * 400, **more) for index, (text, more) in enumerate(ENTRIES)]
     lists = [{"id": identifier, "name": name, "createdAt": NOW} for identifier, name in ((WORK, "Work"), (DEV, "Dev"))]
     with Desktop(compositor=True, size=(800, 600)) as desktop:
-        desktop.seed(BrindleHistory=json.dumps(history).encode(), BrindleLists=json.dumps(lists).encode(), appTheme=theme)
+        desktop.seed(BrindleHistory=json.dumps(history).encode(), BrindleLists=json.dumps(lists).encode(),
+                     appTheme=theme)
         brindle = Brindle(desktop, program)
         brindle.click_icon()
         rect = brindle.await_open()

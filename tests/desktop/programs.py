@@ -63,7 +63,7 @@ PROGRAMS = {
     "emacs": Program(["emacs", "-Q", "--eval", "(progn (setq make-backup-files nil auto-save-default nil"
                       " auto-save-visited-interval 0.2) (prefer-coding-system 'utf-8) (auto-save-visited-mode))"],
                      "emacs", "emacs", "self-saving"),
-    "gvim": Program(["gvim", "-f", "-n", "-i", "NONE", "-c", "autocmd TextChangedI * silent write", "-c", "startinsert"],
+    "gvim": Program(["gvim", "-fn", "-i", "NONE", "-c", "autocmd TextChangedI * silent write", "-c", "startinsert"],
                     "gvim", "gvim", "self-saving"),
 }
 
@@ -77,11 +77,9 @@ class PageServer(http.server.ThreadingHTTPServer):
         self.path, self.page = path, PAGE.replace("{}", text).encode()
         path.unlink(missing_ok=True)  # until the page is there
         super().__init__(("127.0.0.1", 0), _Handler)
+        self.address = f"http://127.0.0.1:{self.server_port}/"
         threading.Thread(target=self.serve_forever, daemon=True).start()
 
-    @property
-    def address(self):
-        return f"http://127.0.0.1:{self.server_port}/"
 
 
 class _Handler(http.server.BaseHTTPRequestHandler):
@@ -90,15 +88,12 @@ class _Handler(http.server.BaseHTTPRequestHandler):
 
     def do_POST(self):
         text = self.rfile.read(int(self.headers["Content-Length"]))
-        temporary = self.server.path.with_suffix(".new")
-        temporary.write_bytes(text)
-        temporary.rename(self.server.path)
+        self.server.path.write_bytes(text)
         self._answer(b"")
 
     def _answer(self, body):
         self.send_response(200)
         self.send_header("Content-Type", "text/html; charset=utf-8")
-        self.send_header("Content-Length", str(len(body)))
         self.end_headers()
         self.wfile.write(body)
 

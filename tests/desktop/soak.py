@@ -1,15 +1,16 @@
 #!/usr/bin/python3 -B
 """Hours of use in minutes: soak.py PROGRAM MINUTES copies, opens and pastes without a pause, replaces the tray and the
 window manager now and then, and fails when an entry is lost or doubled or when memory, file descriptors or X resources
-grow. A sanitized program says at its end what leaked. Needs xrestop beside what the tests need.
+grow. A sanitized program says at its end what leaked.
 """
 import os
 import pathlib
 import re
 import statistics
-import subprocess
 import sys
 import time
+
+from Xlib.ext import res
 
 from applications import Brindle, Editor
 from desktop import Desktop
@@ -32,13 +33,11 @@ class Soak:
         self.desktop.copy(self.expected[0])
         self.brindle.await_contents(self.expected, 20)
 
-    def open_and_close(self):
+    def paste(self):
         self.brindle.open()
         self.brindle.press_hot_key()
         self.brindle.await_closed(20)
         self.desktop.wait_for(lambda: self.editor.is_active, 20, "editor in front again")
-
-    def paste(self):
         self.x.chord("Control_L", "a")
         self.brindle.open()
         self.brindle.click_row(0)
@@ -50,26 +49,15 @@ class Soak:
         self.desktop.start_tray()
         self.desktop.wait_for(self.brindle.icon, 20, "icon in the tray")
 
-    def replace_window_manager(self):
-        def manager():
-            return self.x.numbers(self.x.root, "_NET_SUPPORTING_WM_CHECK")
-        before = manager()
-        self.desktop.run("openbox", "--replace")
-        self.desktop.wait_for(lambda: manager() not in ([], before), 20, "the other window manager")
-        self.editor.activate()
-
     def sample(self):
         """Minutes, KiB, files and X resources."""
         process = pathlib.Path(f"/proc/{self.brindle.process.pid}")
         resident = int(re.search(r"RssAnon:\s+(\d+)", (process / "status").read_text())[1])
-        clients = subprocess.run(["xrestop", "-b", "-m", "1"], env=self.desktop.environment, text=True,
-                                 stdout=subprocess.PIPE, stderr=subprocess.DEVNULL).stdout
-        # Three of its four connections have no name; neither has the one here, which does not change.
-        resources = sum(int(number) for block in re.split(r"\n(?=\d+ - )", clients)
-                        if re.match(r"\d+ - (Brindle|<unknown>)", block)
-                        for number in re.findall(r"^\t(?!pixmap bytes)[a-zGC][a-zA-Z ]*: (\d+)$", block, re.M))
+        connections = self.x.display.res_query_client_ids([{"client": 0, "mask": res.LocalClientPIDMask}]).ids
+        resources = sum(kind.count for each in connections if self.brindle.process.pid in each.value
+                        for kind in self.x.display.res_query_client_resources(each.spec.client).types)
         self.samples.append((time.monotonic() / 60, resident, len(list((process / "fd").iterdir())), resources))
-        print("{:.1f} min, {} KiB, {} files, {} X resources".format(*self.samples[-1]), self.copies, "copies", flush=True)
+        print("{:.1f} min, {} KiB, {} files, {} X resources".format(*self.samples[-1]), flush=True)
 
     def run(self, minutes):
         end, turn, due = time.monotonic() + minutes * 60, 0, 0
@@ -77,12 +65,12 @@ class Soak:
             turn += 1
             for _ in range(5):
                 self.copy()
-            self.open_and_close()
             self.paste()
             if turn % 40 == 0:
                 self.replace_tray()
             if turn % 55 == 0:
-                self.replace_window_manager()
+                self.desktop.replace_window_manager()
+                self.editor.activate()
             for process in self.desktop.started:
                 process.poll()
             if self.copies >= WARM_UP and time.monotonic() > due:

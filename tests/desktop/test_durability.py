@@ -1,11 +1,8 @@
 """Nothing captured is lost, no broken store is a crash, and there is one Brindle at a time."""
-import contextlib
 import json
 import os
-import pathlib
 import random
 import shutil
-import sqlite3
 import stat
 import subprocess
 import time
@@ -82,18 +79,6 @@ class DurabilityTest(DesktopTest):
         (folder / "filler").unlink() if is_full else mount("-o", "remount,rw", folder)
         desktop.copy("after")
         brindle.await_contents(["after", "second" * 9000, "first" * 9000, "before"])
-
-    def test_a_newer_store_is_kept_aside(self):
-        desktop = self.desktop()
-        desktop.seed_history(["from the future"])
-        with contextlib.closing(sqlite3.connect(desktop.store_path)) as store:
-            store.execute("pragma user_version = 2")
-        before = desktop.store_path.read_bytes()
-        brindle = Brindle(desktop)
-        aside = brindle.await_line(f"Cannot use {desktop.store_path}: it is from a newer version").rpartition(" ")[2]
-        desktop.copy("new")
-        brindle.await_contents(["new"])
-        self.assertEqual(pathlib.Path(aside).read_bytes(), before)
 
     def test_a_second_start_toggles_the_first_and_ends(self):
         desktop, first = self.start()

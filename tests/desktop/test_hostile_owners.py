@@ -1,4 +1,4 @@
-"""Programs on the clipboard that hang, lie, die or keep secrets: Brindle goes on as if they were not there."""
+"""Programs on the clipboard that hang, die, keep secrets or have very much: Brindle goes on as if they did not."""
 import os
 import pathlib
 import time
@@ -47,7 +47,7 @@ class HostileOwnersTest(DesktopTest):
             with self.subTest(way):
                 said = len(brindle.lines)
                 if way == "asks and takes nothing":
-                    self.put_on_clipboard(desktop, brindle, "0123")
+                    self.copy_found(desktop, brindle, "0123")
                 targets = {"x-kde-passwordManagerHint": b"secret"} if way == "honest" else {}
                 owner = desktop.own({"UTF8_STRING": b"hidden", **targets}, way)
                 times = [self.opening(brindle) for _ in range(3)]
@@ -65,15 +65,27 @@ class HostileOwnersTest(DesktopTest):
             self.assertNotIn(b"hidden", b"" if file.is_socket() else file.read_bytes())
         desktop.wait_for(lambda: self.resident(brindle) < before + LEFT_OVER, 10, "memory returned")
 
-    def put_on_clipboard(self, desktop, brindle, searched):
-        """Copies an old entry."""
+    def copy_found(self, desktop, brindle, searched):
+        """Copies an entry from its menu; that is not captured again."""
+        before = desktop.x.owner("CLIPBOARD")
         brindle.open()
         brindle.search(searched)
         desktop.wait_for(lambda: brindle.list_length() == 1, 5, "found")
         brindle.click_row(0, button=3)
         brindle.choose(0)
-        brindle.await_closed()
+        desktop.wait_for(lambda: desktop.x.owner("CLIPBOARD") != before, 10, "Brindle owns the clipboard")
         time.sleep(0.6)  # until the next poll an own write and a copy count as one
+
+    def test_sixty_five_megabytes_from_before_the_launch_and_back(self):
+        desktop = self.desktop()
+        text = "0123456789 äöüß\r\n" * (65_000_000 // 21)
+        desktop.copy(text)
+        brindle = Brindle(desktop)
+        brindle.await_contents([text], 60)
+        self.copy_found(desktop, brindle, "0123")
+        self.assertEqual(desktop.paste(), text.encode())
+        desktop.copy("from outside")
+        brindle.await_contents(["from outside", text], 20)
 
     def test_a_copy_outlives_its_program_and_brindle(self):
         desktop = self.desktop()

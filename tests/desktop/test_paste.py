@@ -1,4 +1,4 @@
-"""A choice pastes its text, exactly once, into the very window that was in front: a part of the matrix that fits here."""
+"""A choice pastes its text, exactly once, into the very window that was in front: a part of the matrix, and more."""
 import argparse
 import concurrent.futures
 import multiprocessing

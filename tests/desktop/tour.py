@@ -27,27 +27,19 @@ class Tour:
         try:
             self.desktop.wait_for(happened, 10, text)
         except AssertionError as failure:
-            self.take_picture("FAILED " + text)
-            print(f"{self.number}. {text} ✗\n{failure}", flush=True)
-            sys.exit(1)
-        self.take_picture(text)
+            sys.exit(f"{self.number}. {text} ✗\n{failure}")
+        self.is_still()
+        name = "".join(c if c.isalnum() else "-" for c in text.lower())
+        self.x.screenshot(self.folder / f"{self.number:02}-{name}.png")
         print(f"{self.number}. {text} ✓", flush=True)
 
     def is_still(self):
         """Waits until nothing on the screen has moved for a moment."""
-        last = None
-        for _ in range(10):
+        seen, before = self.x.pixels(), None
+        while seen != before:
             time.sleep(0.1)
-            seen = self.x.pixels()
-            if seen == last:
-                return True
-            last = seen
-        return False
-
-    def take_picture(self, text):
-        self.is_still()
-        name = "".join(c if c.isalnum() else "-" for c in text.lower()).strip("-")
-        self.x.screenshot(self.folder / f"{self.number:02}-{name}.png")
+            seen, before = self.x.pixels(), seen
+        return True
 
     def shows(self, count):
         return lambda: self.brindle.has_focus() and self.brindle.list_length() == count
@@ -71,7 +63,7 @@ class Tour:
 
         brindle.click_icon()
         self.step("A click on the tray icon opens the popover", brindle.has_focus)
-        brindle.search("")
+        brindle.click(150, 32)
         x.chord("Control_L", "a")
         x.chord("BackSpace")
         self.step("Clearing the search shows every entry", self.shows(len(TEXTS)))
@@ -142,13 +134,7 @@ class Tour:
         brindle.choose_from_header(1)
         self.step("The menu's About tells the version", brindle.sheet)
         self.x.chord("Escape")
-        self.desktop.wait_for(lambda: not brindle.sheet(), 5, "About is closed")
-        brindle.choose_from_header(0)
-        self.is_still()
-        brindle.click(135, 376)
-        self.step("Dark is chosen", lambda: brindle.setting("appTheme") == "Dark")
-        brindle.click(10, 300)
-        self.step("A click beside the panel closes it", self.shows(len(TEXTS)))
+        self.step("Escape closes About", self.shows(len(TEXTS)))
 
     def visit_guide(self):
         """On a server to which nothing can post keys."""
