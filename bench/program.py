@@ -20,6 +20,7 @@ from x11 import Rect  # noqa: E402
 
 MIB = 1 << 20
 IDLE_SECONDS = 60
+SENT = 0x80  # in the type of an event that a program sent
 PROGRAM, FLOOR = sys.argv[1:3]
 
 
@@ -151,7 +152,7 @@ def next_event(x, kind):
     """The next of this kind that has come; those of other kinds before it are left out."""
     while x.display.pending_events():
         event = x.display.next_event()
-        if event.type == kind:
+        if event.type & ~SENT == kind:
             return event
     return None
 
@@ -209,7 +210,7 @@ def large_text(_repeats):
 
 def longest_silence(x, window, longest):
     """One ping and its answer (EWMH, _NET_WM_PING), which comes from the main loop."""
-    x.root_window.change_attributes(event_mask=X.SubstructureNotifyMask)
+    x.root_window.change_attributes(event_mask=X.StructureNotifyMask)  # by which the toolkit sends its answer
     start = time.perf_counter()
     x.ask("WM_PROTOCOLS", window, x.atom("_NET_WM_PING"), X.CurrentTime, window, to=window)
     until(lambda: next_event(x, X.ClientMessage))
