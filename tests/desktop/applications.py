@@ -93,8 +93,9 @@ class Brindle:
         desktop.await_idle(self.process)
 
     def _read(self):
-        for line in self.process.stdout:
-            self.lines.append(line.decode("utf-8", "replace").rstrip("\n"))
+        with contextlib.suppress(ValueError):  # the desktop ends and closes the pipe
+            for line in self.process.stdout:
+                self.lines.append(line.decode("utf-8", "replace").rstrip("\n"))
 
     def await_line(self, text, seconds=10, since=0):
         """The first line that starts so, counted from line number `since`."""

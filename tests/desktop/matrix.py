@@ -31,7 +31,7 @@ def texts_rows(manager, program, options):
         for layout in options.layouts:
             # The largest text is about the application, not about the keyboard.
             texts = [text for text in options.texts if text != "1 MB" or layout == options.layouts[0]]
-            yield (program, manager, layout, *paste_texts(editor, texts, layout, options.tries))
+            yield program, manager, layout, options.tries, paste_texts(editor, texts, layout, options.tries), ""
 
 
 def windows_rows(manager, scene, options):
@@ -63,7 +63,7 @@ PARTS = {  # part: (rows, on what, tries when none are asked for)
 
 
 def run(part, manager, subject, options):
-    """The rows of one part; what failed on the way is the last row's note."""
+    """The rows of one part; what failed is the last row's note, and what would have followed is left out."""
     found = []
     try:
         found.extend(PARTS[part][0](manager, subject, options))
