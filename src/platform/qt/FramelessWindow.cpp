@@ -225,7 +225,7 @@ void FramelessWindow::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
     connect(screen(), &QScreen::availableGeometryChanged, this, &FramelessWindow::keepOnScreen, Qt::UniqueConnection);
     windowSystem_->keepOffTaskbar(*windowHandle());
-    windowSystem_->setInputRectangle(*windowHandle(), contentRect());
+    windowSystem_->setContentRectangle(*windowHandle(), contentRect(), shadowMargins());
 }
 
 QMargins FramelessWindow::shadowMargins() const {
@@ -266,7 +266,7 @@ void FramelessWindow::layOut(QPoint contentTopLeft) {
     else
         setMask(roundedRegion(inner, cornerRadius));
     if (windowHandle() != nullptr)
-        windowSystem_->setInputRectangle(*windowHandle(), inner);
+        windowSystem_->setContentRectangle(*windowHandle(), inner, shadowMargins());
 }
 
 }  // namespace brindle

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QMargins>
 #include <QRect>
 #include <functional>
 #include <optional>
@@ -38,8 +39,9 @@ public:
     virtual void takeFocus(QWindow& /*window*/) {}
     /// For a hidden window: its next showing gives it no entry in taskbars and pagers.
     virtual void keepOffTaskbar(QWindow& /*window*/) {}
-    /// Lets clicks outside the rectangle (points, relative to the window) through to what is below.
-    virtual void setInputRectangle(QWindow& /*window*/, QRect /*rectangle*/) {}
+    /// What of the window is more than its shadow (points, relative to the window): clicks beside it go through to what
+    /// is below, and window managers place and keep on the screen this part alone.
+    virtual void setContentRectangle(QWindow& /*window*/, QRect /*content*/, QMargins /*shadow*/) {}
     /// Whether a mouse button is held, over whatever window.
     [[nodiscard]] virtual bool isMouseButtonDown() const { return false; }
 };

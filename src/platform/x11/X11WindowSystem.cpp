@@ -4,6 +4,8 @@
 #include <xcb/xfixes.h>
 
 #include <QGuiApplication>
+#include <array>
+#include <cmath>
 #include <string>
 #include <utility>
 
@@ -35,6 +37,7 @@ X11WindowSystem::X11WindowSystem(std::unique_ptr<X11Connection> connection)
       userTime_(connection_->atom("_NET_WM_USER_TIME")),
       activeWindow_(connection_->atom("_NET_ACTIVE_WINDOW")),
       windowState_(connection_->atom("_NET_WM_STATE")),
+      frameExtents_(connection_->atom("_GTK_FRAME_EXTENTS")),
       offTaskbar_{connection_->atom("_NET_WM_STATE_SKIP_TASKBAR"), connection_->atom("_NET_WM_STATE_SKIP_PAGER")} {
     const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
     xcb_create_window(connection_->get(), 0, clock_, connection_->root(), -1, -1, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
@@ -86,11 +89,16 @@ void X11WindowSystem::keepOffTaskbar(QWindow& window) {
                         windowState_, XCB_ATOM_ATOM, 32, offTaskbar_.size(), offTaskbar_.data());
 }
 
-void X11WindowSystem::setInputRectangle(QWindow& window, QRect rectangle) {
+void X11WindowSystem::setContentRectangle(QWindow& window, QRect content, QMargins shadow) {
+    const double scale = window.devicePixelRatio();
+    const auto inPixels = [scale](int points) { return static_cast<std::uint32_t>(std::lround(points * scale)); };
+    const std::array extents = {inPixels(shadow.left()), inPixels(shadow.right()), inPixels(shadow.top()),
+                                inPixels(shadow.bottom())};
+    xcb_change_property(toolkitConnection(), XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(window.winId()),
+                        frameExtents_, XCB_ATOM_CARDINAL, 32, extents.size(), extents.data());
     if (!connection_->hasExtension(xcb_xfixes_id))
         return;
-    const double scale = window.devicePixelRatio();
-    const QRect pixels = QRectF(rectangle.topLeft() * scale, rectangle.size() * scale).toRect();
+    const QRect pixels = QRectF(content.topLeft() * scale, content.size() * scale).toRect();
     const xcb_rectangle_t area{static_cast<std::int16_t>(pixels.x()), static_cast<std::int16_t>(pixels.y()),
                                static_cast<std::uint16_t>(pixels.width()), static_cast<std::uint16_t>(pixels.height())};
     auto* connection = toolkitConnection();

@@ -24,7 +24,7 @@ public:
     [[nodiscard]] std::optional<ColorScheme> panelScheme() const override;
     void takeFocus(QWindow& window) override;
     void keepOffTaskbar(QWindow& window) override;
-    void setInputRectangle(QWindow& window, QRect rectangle) override;
+    void setContentRectangle(QWindow& window, QRect content, QMargins shadow) override;
     [[nodiscard]] bool isMouseButtonDown() const override;
 
 private:
@@ -47,6 +47,7 @@ private:
     xcb_atom_t userTime_;
     xcb_atom_t activeWindow_;
     xcb_atom_t windowState_;
+    xcb_atom_t frameExtents_;
     std::array<xcb_atom_t, 2> offTaskbar_;
     QPointer<QWindow> wantsFocus_;
     Subscription selectionNotices_;
