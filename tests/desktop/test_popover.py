@@ -1,8 +1,13 @@
 """The popover opens and closes when it should, exactly once, in the right place and with the keyboard."""
+import sys
 import unittest
 
+import dbus
+
 from applications import HOT_KEY, POPOVER, Brindle, DesktopTest, Editor
-from x11 import Rect
+from x11 import Rect, X
+
+WATCHER = "org.kde.StatusNotifierWatcher", "/StatusNotifierWatcher", "org.kde.StatusNotifierWatcher"
 
 
 class PopoverTest(DesktopTest):
@@ -55,6 +60,27 @@ class PopoverTest(DesktopTest):
         desktop.x.chord("Caps_Lock")
         desktop.x.chord("Num_Lock")
         brindle.press_hot_key()
+        brindle.await_closed()
+
+    def test_a_menu_that_the_trays_host_shows_leaves_it_open(self):
+        desktop = self.desktop(tray=None)
+        desktop.run(sys.executable, "-m", "dbusmock", "--session", *WATCHER)
+        bus = dbus.bus.BusConnection(desktop.environment["DBUS_SESSION_BUS_ADDRESS"])
+        desktop.wait_for(lambda: bus.name_has_owner(WATCHER[0]), 10, "host")
+        watcher = dbus.Interface(bus.get_object(*WATCHER[:2]), "org.freedesktop.DBus.Mock")
+        watcher.AddProperty(WATCHER[2], "IsStatusNotifierHostRegistered", True)
+        watcher.AddMethod(WATCHER[2], "RegisterStatusNotifierItem", "s", "", "")
+        brindle, x = Brindle(desktop), desktop.x
+        (_, (item,)), = desktop.wait_for(lambda: watcher.GetMethodCalls("RegisterStatusNotifierItem"), 10, "icon")
+        brindle.open()
+        x.move(20, 20)
+        x.button(3, True)
+        dbus.Interface(bus.get_object(item, "/MenuBar"), "com.canonical.dbusmenu").AboutToShow(0)
+        x.root_window.grab_keyboard(False, X.GrabModeAsync, X.GrabModeAsync, X.CurrentTime)
+        x.button(3, False)
+        desktop.stays(brindle.popover, 0.5, "open beside the menu")
+        x.display.ungrab_keyboard(X.CurrentTime)
+        x.click(20, 20)
         brindle.await_closed()
 
     def test_compositor_comes_and_goes(self):

@@ -113,7 +113,8 @@ void QtPopover::followFocus(const QWindow* focused) {
 void QtPopover::closeUnlessFocused() {
     // A menu of ours has the keyboard without being a focus window. A button that is held may be a click on a tray that
     // takes the focus: the click, which comes a while after the release, must find the popover as it was.
-    if (window_.windowSystem().isMouseButtonDown() || QApplication::activePopupWidget() != nullptr)
+    const auto& system = window_.windowSystem();
+    if (system.isMouseButtonDown() || system.hasFocus() || QApplication::activePopupWidget() != nullptr)
         sinceHold_.start();
     else if (sinceHold_.elapsed() >= clickGrace)
         performClose();

@@ -72,6 +72,8 @@ QtStatusItem::QtStatusItem(StatusBarContext& context)
     release_.setInterval(lookInterval);
     release_.callOnTimeout([this] { awaitRelease(); });
     colorScheme_ = context_.colorSchemes.onChange([this] { docking_.start(dockingTime); });
+    // A host says nothing of a right click but that it is about to show the menu.
+    QObject::connect(&hostMenu_, &QMenu::aboutToShow, &hostMenu_, [this] { context_.clicks.emit(); });
     embeddingTray_ = context_.windowSystem.onEmbeddingTrayChange([this] { docking_.start(dockingTime); });
 }
 

@@ -37,6 +37,9 @@ public:
     /// Gives a shown window the keyboard as if the user had asked for it, also when the toolkit saw no event of the
     /// user that led to it.
     virtual void takeFocus(QWindow& /*window*/) {}
+    /// Whether a window of this program has the keyboard, or will have it again when the one who grabs it lets go: the
+    /// toolkit takes the menu of another program for a loss of the focus.
+    [[nodiscard]] virtual bool hasFocus() const { return false; }
     /// For a hidden window: its next showing gives it no entry in taskbars and pagers.
     virtual void keepOffTaskbar(QWindow& /*window*/) {}
     /// What of the window is more than its shadow (points, relative to the window): clicks beside it go through to what

@@ -4,6 +4,7 @@
 #include <xcb/xfixes.h>
 
 #include <QGuiApplication>
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <string>
@@ -80,6 +81,15 @@ void X11WindowSystem::takeFocus(QWindow& window) {
     // hours: an empty change of a property comes back with the server's time of now.
     xcb_change_property(connection_->get(), XCB_PROP_MODE_APPEND, clock_, userTime_, XCB_ATOM_CARDINAL, 32, 0, nullptr);
     connection_->flush();
+}
+
+bool X11WindowSystem::hasFocus() const {
+    const auto cookie = xcb_get_input_focus(connection_->get());
+    const XcbPointer<xcb_get_input_focus_reply_t> reply(xcb_get_input_focus_reply(connection_->get(), cookie, nullptr));
+    const auto windows = QGuiApplication::topLevelWindows();
+    return reply && std::any_of(windows.begin(), windows.end(), [&](QWindow* window) {
+               return window->handle() != nullptr && window->winId() == reply->focus;
+           });
 }
 
 void X11WindowSystem::keepOffTaskbar(QWindow& window) {

@@ -23,6 +23,7 @@ public:
     [[nodiscard]] Subscription onEmbeddingTrayChange(std::function<void()> observer) override;
     [[nodiscard]] std::optional<ColorScheme> panelScheme() const override;
     void takeFocus(QWindow& window) override;
+    [[nodiscard]] bool hasFocus() const override;
     void keepOffTaskbar(QWindow& window) override;
     void setContentRectangle(QWindow& window, QRect content, QMargins shadow) override;
     [[nodiscard]] bool isMouseButtonDown() const override;
