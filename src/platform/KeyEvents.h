@@ -11,8 +11,8 @@ enum class EventSourceState { hidSystem = 1 };
 enum class EventTapLocation { hid = 0, session = 1 };
 enum class KeyDirection { down, up };
 
-/// Where key events claim to come from, and one run of posting. Destroying it releases whatever is still down of what
-/// was posted from it and gives the modifiers that fingers hold back to the applications.
+/// Where key events claim to come from; it lives for one run of posting. When the run's last `post` returns, nothing
+/// that it pressed is down and the applications have the modifiers that fingers hold; destroying it adds nothing.
 class KeyEventSource {
 public:
     KeyEventSource() = default;

@@ -35,12 +35,12 @@ constexpr double postUnlockDelay = 0.05;
 // After each key event but the last.
 constexpr std::array<unsigned, 3> pausesInMicroseconds = {8000, 12000, 8000};
 
-bool isLocked = false;
+bool isPasting = false;
 int sequencesUnderWay = 0;  // the lock tells less: it goes after a second and is there without a sequence
 std::vector<std::function<void()>> stepsAfterPaste;
 
 void scheduleUnlock(double delay) {
-    platform().mainQueue().after(delay, [] { isLocked = false; });
+    platform().mainQueue().after(delay, [] { isPasting = false; });
 }
 
 void endSequence() {
@@ -181,9 +181,9 @@ void activateTarget() {
 }  // namespace
 
 void PasteService::paste() {
-    if (isLocked)
+    if (isPasting)
         return;
-    isLocked = true;
+    isPasting = true;
     if (!AccessibilityPermissionHelper::checkAccessibilityPermission()) {
         log("❌ Accessibility permission not granted. Cannot paste.");
         scheduleUnlock(callUnlockDelay);
