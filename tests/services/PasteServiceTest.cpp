@@ -102,7 +102,9 @@ TEST_F(PasteServiceTest, ChoosesTheTargetByTheFirstRuleThatApplies) {
     EXPECT_EQ(delegate->previousApp(), editor);
 
     sim.self.setDelegate(nullptr);
-    EXPECT_THAT(resolve(), ElementsAre("log 📌 Fallback target (no AppDelegate): TextEdit"));
+    EXPECT_THAT(paste(), ElementsAre(_, "log 📌 Fallback target (no AppDelegate): TextEdit", "deactivate", "hide",
+                                     "log ⏳ Waiting for frontmost to become: TextEdit", _, _, _, _, _, _,
+                                     "TextEdit pastes: abc", _, _, _, _, _, "deactivate", "hide", _));
 }
 
 TEST_F(PasteServiceTest, WhatIsNoOrdinaryRunningApplicationOfOthersIsNoTarget) {
@@ -119,6 +121,13 @@ TEST_F(PasteServiceTest, WhatIsNoOrdinaryRunningApplicationOfOthersIsNoTarget) {
         sim.self.setDelegate(nullptr);
         EXPECT_THAT(resolve(), IsEmpty()) << *app->facts.localizedName;
         sim.self.setDelegate(delegate.get());
+        delegate->setPreviousApp(app);
+        EXPECT_THAT(resolve(), ElementsAre("log 🎯 Using previousApp as target: " + *app->facts.localizedName))
+            << "what is remembered is used as it is";
+        delegate->setLastAppFocus(app);
+        EXPECT_THAT(resolve(), ElementsAre("log 🎯 Using lastAppFocus as target: " + *app->facts.localizedName));
+        delegate->setLastAppFocus(nullptr);
+        delegate->setPreviousApp(nullptr);
     }
     sim.package.identifier = std::nullopt;
     sim.desktop.bringToFront(sim.desktop.launch({.localizedName = "anonymous"}));
@@ -187,6 +196,11 @@ TEST_F(PasteServiceTest, ATargetIsKnownByItsIdentifierOrItsProcess) {
         EXPECT_EQ(std::ranges::count(lines, "log ✅ Frontmost switched to target: A"), row.isReached)
             << row.identifier.value_or("none") << row.process;
     }
+    sim.desktop.sendToBack(front);
+    delegate->setLastAppFocus(sim.desktop.launch(test::ApplicationFacts()));
+    PasteService::paste();
+    sim.queue.advance(0.11);
+    EXPECT_THAT(sim.journal.take(), Contains("log ✅ Frontmost switched to target: Unknown")) << "nobody in front";
 }
 
 TEST_F(PasteServiceTest, ALaterFocusIsActivatedButTheTargetChosenFirstIsAwaited) {

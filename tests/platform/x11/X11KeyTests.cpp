@@ -1,4 +1,5 @@
 #include <gmock/gmock.h>
+#include <xcb/xinput.h>
 
 #include <QElapsedTimer>
 #include <array>
@@ -243,7 +244,12 @@ TEST_F(X11KeyTest, CyclingWhileTheModifiersStayDownPastesOnceForEachPress) {
     EXPECT_EQ(target_.presses(keyV), std::vector(20, OtherWindow::Key{true, keyV, control}));
 }
 
-TEST_F(X11KeyTest, QuittingLeavesNoKeyDown) {
+TEST_F(X11KeyTest, QuittingLeavesNoKeyDownNorDoesUnpluggingTheKeyboard) {
+    const auto plug = [this](std::uint8_t isIn) {
+        xcb_input_xi_change_property(connection_->get(), static_cast<std::uint16_t>(hands_.keyboard()),
+                                     XCB_PROP_MODE_REPLACE, 8, connection_->atom("Device Enabled"), XCB_ATOM_INTEGER, 1,
+                                     &isIn);
+    };
     hands_.press(keySuperLeft);
     {
         X11KeyEvents shortLived(*connection_, keyboard_, {});
@@ -252,6 +258,12 @@ TEST_F(X11KeyTest, QuittingLeavesNoKeyDown) {
         EXPECT_TRUE(X11KeyStates::read(*connection_).synthetic.any());
     }
     EXPECT_TRUE(X11KeyStates::read(*connection_).synthetic.none());
+
+    paste();
+    EXPECT_TRUE(X11KeyStates::read(*connection_).synthetic.any());
+    plug(0);
+    awaitNoKeyDown();
+    plug(1);
 }
 
 }  // namespace
