@@ -245,7 +245,7 @@ TEST_F(X11KeyTest, CyclingWhileTheModifiersStayDownPastesOnceForEachPress) {
 }
 
 TEST_F(X11KeyTest, QuittingLeavesNoKeyDownNorDoesUnpluggingTheKeyboard) {
-    const auto plug = [this](std::uint8_t isIn) {
+    const auto plug = [this](std::uint32_t isIn) {  // a byte, but whole words are sent
         xcb_input_xi_change_property(connection_->get(), static_cast<std::uint16_t>(hands_.keyboard()),
                                      XCB_PROP_MODE_REPLACE, 8, connection_->atom("Device Enabled"), XCB_ATOM_INTEGER, 1,
                                      &isIn);
