@@ -8,9 +8,9 @@
 #include "platform/Bundle.h"
 #include "platform/Platform.h"
 #include "platform/qt/FileDrag.h"
+#include "platform/qt/SoftShadow.h"
 #include "views/AccessibleRole.h"
 #include "views/ApplicationImage.h"
-#include "views/SoftShadow.h"
 #include "views/Symbols.h"
 
 namespace brindle {

@@ -7,10 +7,10 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/qt/SoftShadow.h"
 #include "views/AccessibleRole.h"
 #include "views/FocusRing.h"
 #include "views/Palette.h"
-#include "views/SoftShadow.h"
 
 namespace brindle {
 

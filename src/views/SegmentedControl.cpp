@@ -5,12 +5,12 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/qt/SoftShadow.h"
 #include "views/AccessibleRole.h"
 #include "views/Control.h"
 #include "views/FocusRing.h"
 #include "views/Fonts.h"
 #include "views/Palette.h"
-#include "views/SoftShadow.h"
 
 namespace brindle {
 

@@ -7,8 +7,8 @@
 
 #include "platform/MainQueue.h"
 #include "platform/Platform.h"
+#include "platform/qt/SoftShadow.h"
 #include "views/Palette.h"
-#include "views/SoftShadow.h"
 
 namespace brindle {
 

@@ -2,9 +2,9 @@
 
 #include <QPainter>
 
+#include "platform/qt/SoftShadow.h"
 #include "views/FocusRing.h"
 #include "views/Palette.h"
-#include "views/SoftShadow.h"
 
 namespace brindle {
 

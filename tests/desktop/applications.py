@@ -132,7 +132,9 @@ class Brindle:
 
     def _seen(self, fits):
         """The windows that fit, the newest last, each with its rectangle."""
-        windows = [(window, self.x.rect(window)) for window in self.x.windows("brindle")]
+        shadow = self.x.atom("_NET_WM_WINDOW_TYPE_TOOLTIP")
+        windows = [(window, self.x.rect(window)) for window in self.x.windows("brindle")
+                   if shadow not in self.x.numbers(window, "_NET_WM_WINDOW_TYPE")]
         return [(window, rect) for window, rect in windows if rect and fits(rect)] or [(None, None)]
 
     def icon(self):

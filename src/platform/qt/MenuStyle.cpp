@@ -10,6 +10,7 @@
 
 #include "platform/qt/FramelessWindow.h"
 #include "platform/qt/InterfaceFont.h"
+#include "platform/qt/MenuShadow.h"
 
 namespace brindle {
 
@@ -192,6 +193,8 @@ void styleMenu(QMenu& menu, ColorScheme scheme, MenuCorners corners) {
     menu.setStyle(style);
     menu.setWindowFlags(menu.windowFlags() | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint);
     menu.setAttribute(Qt::WA_TranslucentBackground, corners == MenuCorners::round);
+    if (corners == MenuCorners::round)
+        new MenuShadow(menu, menuRadius, scheme);
     menu.setFont(interfaceFont(fontSize, QFont::Normal));
     for (const auto* action : menu.actions())
         if (auto* submenu = action->menu())

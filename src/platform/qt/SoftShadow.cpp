@@ -1,4 +1,4 @@
-#include "views/SoftShadow.h"
+#include "platform/qt/SoftShadow.h"
 
 #include <QImage>
 #include <QPainter>
@@ -11,15 +11,13 @@
 #include <numbers>
 #include <vector>
 
-#include "views/Symbols.h"
-
 namespace brindle {
 
-namespace {
-
-int reachOf(const SoftShadow& shadow) {
-    return static_cast<int>(std::ceil(3 * shadow.sigma));
+int SoftShadow::reach() const {
+    return static_cast<int>(std::ceil(3 * sigma));
 }
+
+namespace {
 
 /// One value after the other becomes the mean of the `width` values around it; outside there is nothing.
 void blurLine(std::uint8_t* line, int length, std::ptrdiff_t step, int width, std::vector<std::uint8_t>& copy) {
@@ -51,7 +49,7 @@ void blur(QImage& alpha, double sigma) {
 /// The shadow of what `draw` draws in a rectangle of that size, with room around it.
 template <typename Draw>
 QPixmap makeShadow(QSizeF size, double ratio, const SoftShadow& shadow, Draw draw) {
-    const int reach = reachOf(shadow);
+    const int reach = shadow.reach();
     const QSizeF whole = (size + QSizeF(2 * reach, 2 * reach)) * ratio;
     QImage shape(QSize(static_cast<int>(std::ceil(whole.width())), static_cast<int>(std::ceil(whole.height()))),
                  QImage::Format_ARGB32_Premultiplied);
@@ -74,14 +72,14 @@ QPixmap makeShadow(QSizeF size, double ratio, const SoftShadow& shadow, Draw dra
 }
 
 void paintAround(QPainter& painter, QPointF topLeft, const QPixmap& made, const SoftShadow& shadow) {
-    const int reach = reachOf(shadow);
+    const int reach = shadow.reach();
     painter.drawPixmap(topLeft + shadow.offset - QPointF(reach, reach), made);
 }
 
 }  // namespace
 
 void paintShadow(QPainter& painter, const QRectF& place, double radius, const SoftShadow& shadow) {
-    const double ratio = devicePixelRatio(painter);
+    const double ratio = painter.deviceTransform().m11();
     const QString key = QStringLiteral("shadow %1 %2 %3 %4 %5 %6")
                             .arg(place.width())
                             .arg(place.height())

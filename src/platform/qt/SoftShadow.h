@@ -13,6 +13,8 @@ struct SoftShadow {
     QPointF offset;    ///< points
     double sigma = 0;  ///< points; half of what a style sheet calls its blur
     QColor color;
+
+    [[nodiscard]] int reach() const;  ///< points beyond what casts it, before the offset
 };
 
 /// Paints the shadow of a filled rectangle with round corners, also where the rectangle will lie.
