@@ -26,6 +26,10 @@ constexpr const char* createTable =
     "PRAGMA user_version = 1;"
     "COMMIT;";
 
+// By the sign in front of the key the row is looked for by walking. A lookup in the table's order compares whole rows
+// and so reads the history's megabyte for every setting, and its damage for every sound row.
+constexpr const char* selectValue = "SELECT value FROM defaults WHERE +key = ?1";
+
 constexpr const char* tableIsOurs =
     "SELECT (SELECT wr AND strict FROM pragma_table_list WHERE schema = 'main' AND name = 'defaults')"
     " AND (SELECT group_concat(name || ' ' || upper(type) || ' ' || \"notnull\" || ' ' || pk)"
@@ -156,7 +160,7 @@ int DefaultsDatabase::prepareFile(std::string& objection) {
     if (!isReadOnly_)
         code = execute(durability);
     if (code == SQLITE_OK)
-        code = prepare("SELECT value FROM defaults WHERE key = ?1", select_);
+        code = prepare(selectValue, select_);
     if (code == SQLITE_OK)
         code = prepare("REPLACE INTO defaults (key, value) VALUES (?1, ?2)", replace_);
     return code;
@@ -210,18 +214,11 @@ KeptDefaults DefaultsDatabase::salvage() {
     while (sqlite3_step(statement.get()) == SQLITE_ROW)
         keys.push_back(bytesOf(statement.get()).value_or(""));
 
-    // By the sign in front of the key the row is looked for by walking: a lookup reads other rows' values on its way,
-    // and fails of their damage.
     KeptDefaults found;
-    if (prepare("SELECT value FROM defaults WHERE +key = ?1", statement) != SQLITE_OK)
-        return {};
     for (const auto& key : keys) {
-        sqlite3_bind_text64(statement.get(), 1, key.data(), key.size(), SQLITE_STATIC, SQLITE_UTF8);
-        if (sqlite3_step(statement.get()) == SQLITE_ROW) {
-            if (auto value = valueOf(statement.get()))
-                found.emplace(key, std::move(*value));
-        }
-        sqlite3_reset(statement.get());
+        if (auto value = seek(key) ? valueOf(select_.get()) : std::nullopt)
+            found.emplace(key, std::move(*value));
+        sqlite3_reset(select_.get());
     }
     return found;
 }
