@@ -1,26 +1,23 @@
 #include "model/StoredForm.h"
 
-// Long texts are read and written sixteen bytes at a time.
+// Long texts are read sixteen bytes at a time.
 #ifdef __SSE2__
 #define RAPIDJSON_SSE2
-#include <emmintrin.h>
 #endif
 #include <rapidjson/reader.h>
-#include <rapidjson/writer.h>
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <bitset>
 #include <charconv>
 #include <cstddef>
-#include <cstdint>
 #include <functional>
 #include <span>
 #include <utility>
 #include <variant>
 
 #include "base/Unicode.h"
+#include "model/StoredKeys.h"
 
 namespace brindle {
 
@@ -29,13 +26,6 @@ namespace {
 using rapidjson::SizeType;
 
 constexpr std::size_t readAhead = 16;  // bytes that the parser may look at behind the end
-
-enum ItemKey : std::size_t { idKey, contentKey, typeKey, dateKey, sourceAppKey, isPinnedKey, listIdKey };
-constexpr std::array<std::string_view, 7> itemKeys = {"id",        "content",  "type",  "date",
-                                                      "sourceApp", "isPinned", "listId"};
-
-enum ListKey : std::size_t { listIdentityKey, nameKey, createdAtKey };
-constexpr std::array<std::string_view, 3> listKeys = {"id", "name", "createdAt"};
 
 /// An array, an object, a number beyond a double or a text with half a surrogate pair.
 struct Unusable {};
@@ -194,159 +184,7 @@ std::optional<CustomList> makeList(Values& values) {
     return CustomList{*id, std::move(*name), Date{*createdAt}};
 }
 
-bool needsEscape(char character) {
-    return static_cast<unsigned char>(character) < ' ' || character == '"' || character == '\\';
-}
-
-/// How many bytes at the start of the text need no escape.
-std::size_t plainLength(std::string_view text) {
-    std::size_t at = 0;
-#ifdef __SSE2__
-    const __m128i lastControl = _mm_set1_epi8(' ' - 1);
-    const __m128i quote = _mm_set1_epi8('"');
-    const __m128i backslash = _mm_set1_epi8('\\');
-    for (; at + sizeof(__m128i) <= text.size(); at += sizeof(__m128i)) {
-        const __m128i piece = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + at));
-        const __m128i isControl = _mm_cmpeq_epi8(_mm_min_epu8(piece, lastControl), piece);
-        const __m128i isMarked = _mm_or_si128(_mm_cmpeq_epi8(piece, quote), _mm_cmpeq_epi8(piece, backslash));
-        const auto found = static_cast<unsigned>(_mm_movemask_epi8(_mm_or_si128(isControl, isMarked)));
-        if (found != 0)
-            return at + static_cast<std::size_t>(std::countr_zero(found));
-    }
-#endif
-    while (at < text.size() && !needsEscape(text[at]))
-        ++at;
-    return at;
-}
-
-/// What the writer writes to.
-class JsonText {
-public:
-    using Ch = char;  // the name is the writer's, like those of the operations
-
-    void Put(char character) { text_.push_back(character); }
-    void Flush() {}
-
-    void append(std::string_view piece) { text_.append(piece); }
-    void reserve(std::size_t size) { text_.reserve(size); }
-    std::string take() { return std::move(text_); }
-
-private:
-    std::string text_;
-};
-
 }  // namespace
-
-}  // namespace brindle
-
-/// Whatever needs no escape goes out in one piece, which is several times as fast as by characters.
-template <>
-inline bool rapidjson::Writer<brindle::JsonText>::ScanWriteUnescapedString(StringStream& stream, std::size_t length) {
-    const std::string_view rest(stream.src_, length - stream.Tell());
-    const std::size_t plain = brindle::plainLength(rest);
-    os_->append(rest.substr(0, plain));
-    stream.src_ += plain;
-    return plain < rest.size();
-}
-
-namespace brindle {
-
-namespace {
-
-class RecordWriter {
-public:
-    /// `expected`: about how many bytes there will be; memory that is not written to costs nothing.
-    explicit RecordWriter(std::size_t expected) { json_.reserve(expected); }
-
-    void beginArray() { writer_.StartArray(); }
-    void beginObject() { writer_.StartObject(); }
-    void endObject() { writer_.EndObject(); }
-    std::string endArray() {
-        writer_.EndArray();
-        return json_.take();
-    }
-
-    void put(std::string_view key, std::string_view text) {
-        writeKey(key);
-        writeString(text);
-    }
-    /// One ill-formed text would make all of the blob unreadable, so none is written.
-    void put(std::string_view key, const SharedText& text) {
-        if (text.isWellFormed())
-            put(key, text.view());
-        else
-            put(key, std::string_view(unicode::repaired(text.string())));
-    }
-    void put(std::string_view key, const Uuid& id) { put(key, std::string_view(id.text())); }
-    void put(std::string_view key, Date date) {
-        writeKey(key);
-        writer_.Double(date.seconds);
-    }
-    void put(std::string_view key, bool flag) {
-        writeKey(key);
-        writer_.Bool(flag);
-    }
-
-private:
-    void writeKey(std::string_view key) { writer_.Key(key.data(), static_cast<SizeType>(key.size())); }
-    void writeString(std::string_view text) { writer_.String(text.data(), static_cast<SizeType>(text.size())); }
-
-    JsonText json_;
-    rapidjson::Writer<JsonText> writer_{json_};
-};
-
-constexpr std::size_t recordSize = 256;  // bytes of a stored record beside its text
-
-std::size_t expectedSize(const ClipboardItem& item) {
-    return recordSize + item.content.view().size() * 9 / 8;
-}
-
-std::size_t expectedSize(const CustomList& list) {
-    return recordSize + list.name.size();
-}
-
-void write(RecordWriter& writer, const ClipboardItem& item) {
-    writer.put(itemKeys[idKey], item.id);
-    writer.put(itemKeys[contentKey], item.content);
-    writer.put(itemKeys[typeKey], rawValue(item.type));
-    writer.put(itemKeys[dateKey], item.date);
-    if (item.sourceApp)
-        writer.put(itemKeys[sourceAppKey], *item.sourceApp);
-    writer.put(itemKeys[isPinnedKey], item.isPinned);
-    if (item.listId)
-        writer.put(itemKeys[listIdKey], *item.listId);
-}
-
-void write(RecordWriter& writer, const CustomList& list) {
-    writer.put(listKeys[listIdentityKey], list.id);
-    writer.put(listKeys[nameKey], SharedText(list.name));
-    writer.put(listKeys[createdAtKey], list.createdAt);
-}
-
-template <typename Record>
-std::string encode(const std::vector<Record>& records) {
-    std::size_t expected = 2;
-    for (const Record& record : records)
-        expected += expectedSize(record);
-    RecordWriter writer(expected);
-    writer.beginArray();
-    for (const Record& record : records) {
-        writer.beginObject();
-        write(writer, record);
-        writer.endObject();
-    }
-    return writer.endArray();
-}
-
-}  // namespace
-
-std::string encodeHistory(const std::vector<ClipboardItem>& history) {
-    return encode(history);
-}
-
-std::string encodeLists(const std::vector<CustomList>& lists) {
-    return encode(lists);
-}
 
 std::optional<std::vector<ClipboardItem>> decodeHistory(std::string json) {
     return decode<ClipboardItem>(std::move(json), itemKeys, makeItem);
