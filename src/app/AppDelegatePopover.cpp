@@ -1,6 +1,7 @@
 #include "app/AppDelegate.h"
 
 #include "platform/Bundle.h"
+#include "platform/MainQueue.h"
 #include "platform/MouseMonitor.h"
 #include "services/PasteService.h"
 
@@ -77,10 +78,12 @@ void AppDelegate::togglePopover() {
 }
 
 void AppDelegate::togglePopoverAfterPaste() {
-    if (isPopoverShown())
+    if (isPopoverShown()) {
         togglePopover();
-    else
-        PasteService::afterPaste(weakly(&AppDelegate::togglePopover));
+        return;
+    }
+    // A cycling press before this one may still have its step in the queue.
+    platform().mainQueue().post([toggle = weakly(&AppDelegate::togglePopover)] { PasteService::afterPaste(toggle); });
 }
 
 void AppDelegate::handleOutsideClick() {

@@ -117,12 +117,12 @@ TEST_F(PopoverTest, AClickAndTheShortcutOpenAndCloseItAlike) {
         sim.desktop.bringToFront(editor);
         sim.journal.take();
         toggle();
+        sim.queue.run();
         EXPECT_THAT(
             sim.journal.take(),
             ElementsAre("log 📱 storePreviousApp sees frontmost: TextEdit (org.example.TextEdit)",
                         "log 📌 Updated lastAppFocus from frontmost: TextEdit", "popover shown at 1000,24 edge 1",
                         "come to the front", "popover has the keyboard", "watch mouse 0x14"));
-        sim.queue.run();
         toggle();
         EXPECT_THAT(sim.journal.take(), ElementsAre("popover closed", "leave mouse"));
         EXPECT_FALSE(delegate->hasGlobalMouseUpMonitor());
