@@ -38,8 +38,7 @@ class Editor:
         self.process = desktop.run(*command, page.address if page else str(self.path), environment=environment)
         self.window = desktop.wait_for(lambda: set(self.x.windows(window_class)) & set(self.x.clients()) - before, 90,
                                        f"window of {program}").pop()
-        if self.process.poll() is None:  # else it was handed to a first instance
-            desktop.await_idle(self.process)
+        desktop.await_idle(self.process)
         if page:  # the window comes before the page
             desktop.wait_for(self.path.exists, 60, "page in the browser")
         self.activate()

@@ -208,11 +208,12 @@ class Desktop:
             time.sleep(0.02)
 
     def await_idle(self, process):
-        """Until it has finished what it does at its start and waits for its user."""
+        """Until it has finished what it does at its start and waits for its user, or has handed it to another one."""
         def sleeps():
             time.sleep(0.02)
             return pathlib.Path(f"/proc/{process.pid}/stat").read_text().rpartition(")")[2].split()[0] == "S"
-        self.wait_for(lambda: all(sleeps() for _ in range(5)), 20, f"{process.args[0]} is idle")
+        self.wait_for(lambda: process.poll() is not None or all(sleeps() for _ in range(5)), 20,
+                      f"{process.args[0]} is idle")
 
     def fail(self, text):
         if self.server.poll() is None:
