@@ -1,4 +1,6 @@
 """Desktops that lack something: Brindle does what is left to do, and says what it must."""
+import os
+import resource
 import signal
 import subprocess
 import time
@@ -33,6 +35,23 @@ class BadSurroundingsTest(DesktopTest):
         brindle.await_open()
         brindle.click_row(0)
         editor.await_text("still captured")
+
+    def test_a_crash_leaves_no_core_dump(self):
+        _, hard = resource.getrlimit(resource.RLIMIT_CORE)
+        resource.setrlimit(resource.RLIMIT_CORE, (hard, hard))
+        for is_private in (False, True):  # at first a limit keeps the dump away, which is given back later
+            desktop = self.desktop()
+            brindle = Brindle(desktop, ASAN_OPTIONS="disable_coredump=0")
+            pid = brindle.process.pid
+
+            def limit():
+                return resource.prlimit(pid, resource.RLIMIT_CORE)[0]
+            self.assertEqual(limit(), 1)
+            if is_private:
+                desktop.wait_for(lambda: limit() == hard, 10, "the limit is given back")
+            brindle.process.send_signal(signal.SIGABRT)
+            _, status = os.waitpid(pid, 0)
+            self.assertEqual((os.WTERMSIG(status), os.WCOREDUMP(status)), (signal.SIGABRT, False), is_private)
 
     def test_a_tray_that_comes_late_and_one_that_restarts(self):
         desktop = self.desktop(tray=None)
