@@ -11,13 +11,44 @@ import unittest
 from applications import Brindle, DesktopTest
 from desktop import entry
 
-LISTS = b'[{"id":"8D9BC8A2-7B6C-4E9B-9C55-0E0C5D1D7F11","name":"Kept","createdAt":1}]'
-FILED = entry("filed", 1, isPinned=True, listId="8D9BC8A2-7B6C-4E9B-9C55-0E0C5D1D7F11")
+LIST = {"id": "8D9BC8A2-7B6C-4E9B-9C55-0E0C5D1D7F11", "name": "Kept", "createdAt": 1}
+FILED = entry("filed", 1, isPinned=True, listId=LIST["id"])
 ROUNDS = int(os.environ.get("BRINDLE_ROUNDS", "5"))
 
 
 def mount(*arguments):
     return subprocess.run(["mount", *arguments], stderr=subprocess.DEVNULL).returncode == 0
+
+
+def arrangement(brindle):
+    """What the user chose, beside the entries that come and go; the oldest one stays."""
+    return {"entry": brindle.history()[-1], "lists": brindle.stored("BrindleLists"),
+            "theme": brindle.setting("appTheme"), "starts at login": brindle.setting("launchAtLogin"),
+            "limit": brindle.setting("maxClipboardItems")}
+
+
+def arrange(brindle, now, round):
+    """The last click or key of one change by the user was just made; this is what it changes."""
+    brindle.open()
+    if round % 5 == 1:
+        brindle.search("filed")
+        brindle.desktop.wait_for(lambda: brindle.list_length() == 1, 5, "only that entry")
+        brindle.click_row(0, button=3)
+        brindle.choose(2)
+        return {"entry": now["entry"] | {"isPinned": not now["entry"]["isPinned"]}}
+    if round % 5 == 2:
+        brindle.click(200, 78, button=3)
+        brindle.choose(0)
+        brindle.x.type(f"List {round}\n")
+        return {"lists": [LIST | {"name": f"List {round}"}]}
+    brindle.choose_from_header(0)
+    brindle.x.is_still()
+    if round % 5 == 3:
+        brindle.click(305, 308)
+        return {"starts at login": 0 if now["starts at login"] else 1}
+    theme = "Dark" if now["theme"] == "Light" else "Light"
+    brindle.click({"Light": 70, "Dark": 125}[theme], 376)
+    return {"theme": theme}
 
 
 class DurabilityTest(DesktopTest):
@@ -26,24 +57,31 @@ class DurabilityTest(DesktopTest):
     def test_killed_at_any_moment(self):
         """Nothing that was ever seen is lost, nor what the user arranged. BRINDLE_ROUNDS=200 is the long form."""
         desktop, chance, number = self.desktop(), random.Random(3), 0
-        desktop.seed(BrindleHistory=json.dumps([FILED]).encode(), BrindleLists=LISTS, maxClipboardItems=100_000,
-                     appTheme="Light")
+        desktop.seed(BrindleHistory=json.dumps([FILED]).encode(), BrindleLists=json.dumps([LIST]).encode(),
+                     maxClipboardItems=100_000, appTheme="Light")
         seen = [FILED]
-        for round in range(ROUNDS):
+        possible = [{"entry": FILED, "lists": [LIST], "theme": "Light", "starts at login": None, "limit": 100_000}]
+        for round in range(ROUNDS + 1):
             brindle = Brindle(desktop)
-            self.assertEqual(brindle.history()[-len(seen):], seen, f"round {round}")
+            self.assertEqual(brindle.history()[-len(seen):-1], seen[:-1], f"round {round}")
+            self.assertIn(arrangement(brindle), possible, f"round {round}")
             end = time.monotonic() + chance.uniform(0.2, 2)
             while time.monotonic() < end:
                 number += 1
                 desktop.copy(f"text {number}")
                 time.sleep(chance.uniform(0, 0.7))
                 seen = brindle.history()
+            if round % 5:
+                before = arrangement(brindle)
+                after = before | arrange(brindle, before, round)
+                possible = [before, after]
+                if chance.random() < 0.5:
+                    desktop.wait_for(lambda: arrangement(brindle) == after, 5, lambda: f"{after}: {arrangement(brindle)}")
+                    possible = [after]
+                else:
+                    time.sleep(chance.uniform(0, 0.05))
             brindle.kill()
-        Brindle(desktop).open()
-        self.assertEqual(brindle.history()[-len(seen):], seen)
         self.assertGreater(len(seen), ROUNDS)
-        self.assertEqual([brindle.setting(key) for key in ("BrindleLists", "appTheme", "maxClipboardItems")],
-                         [LISTS, "Light", 100_000])
         folder = desktop.store_path.parent
         modes = {path.name: stat.S_IMODE(os.stat(path).st_mode) for path in (folder, *folder.iterdir())}
         self.assertEqual(modes, {name: 0o700 if name == folder.name else 0o600 for name in modes})

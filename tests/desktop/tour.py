@@ -6,7 +6,6 @@ Prints a line per step and leaves a screenshot of each in the folder; exits 1 at
 import os
 import pathlib
 import sys
-import time
 
 from applications import Brindle, Editor
 from desktop import Desktop
@@ -28,18 +27,10 @@ class Tour:
             self.desktop.wait_for(happened, 10, text)
         except AssertionError as failure:
             sys.exit(f"{self.number}. {text} ✗\n{failure}")
-        self.is_still()
+        self.x.is_still()
         name = "".join(c if c.isalnum() else "-" for c in text.lower())
         self.x.screenshot(self.folder / f"{self.number:02}-{name}.png")
         print(f"{self.number}. {text} ✓", flush=True)
-
-    def is_still(self):
-        """Waits until nothing on the screen has moved for a moment."""
-        seen, before = self.x.pixels(), None
-        while seen != before:
-            time.sleep(0.1)
-            seen, before = self.x.pixels(), seen
-        return True
 
     def shows(self, count):
         return lambda: self.brindle.has_focus() and self.brindle.list_length() == count
@@ -93,7 +84,7 @@ class Tour:
         brindle.click(39, 78)
         self.step("The tab All shows everything", self.shows(len(TEXTS)))
         brindle.click(175, 78)
-        self.step("The button beside the tabs asks for a name", self.is_still)
+        self.step("The button beside the tabs asks for a name", self.x.is_still)
         x.type("Work\n")
         self.step("Return makes the list and its tab", lambda: names() == ["Work"])
         brindle.click_row(0, button=3)
@@ -107,7 +98,7 @@ class Tour:
         self.step("The list's tab shows it", self.shows(1))
         brindle.click(180, 78, button=3)
         brindle.choose(1)
-        self.step("The tab's menu asks before it deletes", self.is_still)
+        self.step("The tab's menu asks before it deletes", self.x.is_still)
         brindle.click(234, 287)
         self.step("Delete removes the list and closes the popover", lambda: not names() and not brindle.popover())
         brindle.press_hot_key()
@@ -117,7 +108,7 @@ class Tour:
         brindle = self.brindle
         login_item = self.desktop.home / ".config/autostart/org.brindle.Brindle.desktop"
         brindle.choose_from_header(0)
-        self.step("The menu's Settings slide in", self.is_still)
+        self.step("The menu's Settings slide in", self.x.is_still)
         brindle.click(202, 262)
         self.step("A size is chosen", lambda: brindle.setting("maxClipboardItems") == 100)
         brindle.click(305, 308)

@@ -198,6 +198,14 @@ class X11:
         """Blue, green, red and nothing, a byte each, of each point of the rectangle or of the screen."""
         return self.root_window.get_image(*(rect or self.rect(self.root)), X.ZPixmap, 0xFFFFFFFF).data
 
+    def is_still(self):
+        """Waits until nothing on the screen has moved for a moment."""
+        seen, before = self.pixels(), None
+        while seen != before:
+            time.sleep(0.1)
+            seen, before = self.pixels(), seen
+        return True
+
     def screenshot(self, path, rect=None):
         x, y, width, height = rect or self.rect(self.root)
         ImageGrab.grab((x, y, x + width, y + height), xdisplay=self.name).save(path)
