@@ -1,4 +1,5 @@
 """The popover opens and closes when it should, exactly once, in the right place and with the keyboard."""
+import subprocess
 import sys
 import unittest
 
@@ -7,6 +8,7 @@ import dbus
 from applications import HOT_KEY, POPOVER, Brindle, DesktopTest, Editor
 from x11 import Rect, X
 
+SURFACE = bytes.fromhex("1e293b")[::-1]
 WATCHER = "org.kde.StatusNotifierWatcher", "/StatusNotifierWatcher", "org.kde.StatusNotifierWatcher"
 
 
@@ -61,6 +63,29 @@ class PopoverTest(DesktopTest):
         desktop.x.chord("Num_Lock")
         brindle.press_hot_key()
         brindle.await_closed()
+
+    def test_on_each_screen_it_has_that_screens_scale(self):
+        desktop = self.desktop(tray=None, size=(2200, 1100))
+        for monitor in ("left 1100/1x1100/1+0+0 screen", "right 1100/1x1100/1+1100+0 none"):
+            subprocess.run(["xrandr", "--setmonitor", *monitor.split()], env=desktop.environment, check=True,
+                           stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        brindle, x = Brindle(desktop, QT_SCREEN_SCALE_FACTORS="1;1.5"), desktop.x
+        for left, scale in ((1100, 1.5), (0, 1), (1100, 1.5)):
+            x.move(left + 300, 900)
+            brindle.press_hot_key()
+            desktop.wait_for(brindle.popover_window, 5, "popover")
+            size = [round(points * scale) for points in POPOVER]
+            wanted = Rect(left + 1100 - round(8 * scale) - size[0], round(14 * scale), *size)
+            desktop.wait_for(lambda: x.rect(brindle.popover_window()) == wanted, 5,
+                             lambda: f"{wanted}; it is {x.rect(brindle.popover_window())}")
+            far = Rect(wanted.x + size[0] - 30, wanted.y + size[1] - 80, 1, 1)
+            desktop.wait_for(lambda: x.pixels(far)[:3] == SURFACE, 5, "it is painted and seen to its far corner")
+            x.click(wanted.x + round(319 * scale), wanted.y + round(32 * scale))
+            desktop.wait_for(brindle.menu, 5, "menu")
+            x.chord("Escape")
+            desktop.wait_for(lambda: not brindle.menu(), 5, "menu is closed")
+            brindle.press_hot_key()
+            desktop.wait_for(lambda: not brindle.popover_window(), 5, "closed")
 
     def test_a_menu_that_the_trays_host_shows_leaves_it_open(self):
         desktop = self.desktop(tray=None)

@@ -8,7 +8,9 @@
 #include <QScreen>
 #include <QWindow>
 #include <algorithm>
+#include <chrono>
 #include <cmath>
+#include <utility>
 
 #include "platform/qt/Placement.h"
 #include "platform/qt/WindowShadow.h"
@@ -16,6 +18,12 @@
 namespace brindle {
 
 namespace {
+
+using namespace std::chrono_literals;
+
+// In which a window manager places a window. Meanwhile the toolkit may take it to be on another screen, at the place
+// and of the size that it would have there.
+constexpr auto settlingTime = 100ms;
 
 WindowSystem& windowSystemOf(const QWidget& owner) {
     static WindowSystem unknown;
@@ -114,6 +122,8 @@ FramelessWindow::FramelessWindow(WindowSystem& windowSystem, QWidget* owner)
       edge_(new Edge(*this)) {
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_QuitOnClose, false);
+    settling_.setSingleShot(true);
+    settling_.callOnTimeout([this] { settle(); });
     compositing_ = windowSystem.onCompositingChange([this] { followCompositing(); });
 }
 
@@ -141,6 +151,8 @@ QRect FramelessWindow::contentFrame() const {
 }
 
 void FramelessWindow::moveContentTo(QPoint topLeft) {
+    placed_ = topLeft;
+    settling_.start(settlingTime);
     layOut(topLeft);
 }
 
@@ -182,8 +194,15 @@ FramelessWindow* FramelessWindow::of(const QWidget* widget) {
 }
 
 bool FramelessWindow::event(QEvent* event) {
-    if (event->type() == QEvent::ScreenChangeInternal)
-        keepOnScreen();
+    if (event->type() == QEvent::ScreenChangeInternal) {
+        // Both were told in pixels of the screen before.
+        if (windowHandle() != nullptr) {
+            windowHandle()->setMask(mask());
+            windowSystem_->setContentRectangle(*windowHandle(), contentRect(), shadowMargins());
+        }
+        hasChangedScreen_ = true;
+        settling_.start(settlingTime);
+    }
     if (event->type() == QEvent::WindowActivate && sheet_)
         sheet_->takeFocus();
     return QWidget::event(event);
@@ -236,6 +255,10 @@ QRect FramelessWindow::contentRect() const {
     return {QPoint(shadowMargins().left(), shadowMargins().top()), contentSize_};
 }
 
+QSize FramelessWindow::windowSize() const {
+    return contentSize_.grownBy(shadowMargins());
+}
+
 void FramelessWindow::followCompositing() {
     const QPoint topLeft = contentFrame().topLeft();
     isComposited_ = windowSystem_->isComposited();
@@ -244,10 +267,17 @@ void FramelessWindow::followCompositing() {
 }
 
 void FramelessWindow::keepOnScreen() {
-    const QRect frame = contentFrame();
+    const QRect frame(placed_.value_or(contentFrame().topLeft()), contentSize_);
     const QRect available = screen()->availableGeometry();
-    if (isVisible() && !available.contains(frame))
-        moveContentTo(frameOnScreen(frame, available).topLeft());
+    const bool isOnScreen = available.contains(frame);
+    if (isVisible() && !(isOnScreen && frame == contentFrame() && size() == windowSize()))
+        layOut(isOnScreen ? frame.topLeft() : frameOnScreen(frame, available).topLeft());
+}
+
+void FramelessWindow::settle() {
+    if (std::exchange(hasChangedScreen_, false))
+        keepOnScreen();
+    placed_.reset();
 }
 
 void FramelessWindow::layOut(QPoint contentTopLeft) {
@@ -255,8 +285,13 @@ void FramelessWindow::layOut(QPoint contentTopLeft) {
     // The size is fixed only afterwards: the window manager gets one move and resize, and the limits that allow it.
     setMinimumSize(0, 0);
     setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
-    setGeometry(QRect(contentTopLeft - inner.topLeft(), inner.marginsAdded(shadowMargins()).size()));
+    setGeometry(QRect(contentTopLeft - inner.topLeft(), windowSize()));
+    // Not only when it is shown: the toolkit raises it first, and the answer to that, with the old place and size,
+    // would then be taken for a move to another screen.
+    if (windowHandle() != nullptr)
+        windowHandle()->setGeometry(geometry());
     setFixedSize(size());
+    setBaseSize(size());  // at a scale of 1.5 the toolkit allows steps of two pixels, which are counted from here
     if (content_ != nullptr)
         content_->setGeometry(inner);
     veil_->setGeometry(inner);

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <QPointer>
+#include <QTimer>
 #include <QWidget>
 #include <functional>
+#include <optional>
 
 #include "platform/ColorSchemes.h"
 #include "platform/qt/WindowSystem.h"
@@ -63,8 +65,10 @@ private:
     FramelessWindow(WindowSystem& windowSystem, QWidget* owner);
     [[nodiscard]] QMargins shadowMargins() const;
     [[nodiscard]] QRect contentRect() const;  ///< relative to this window
+    [[nodiscard]] QSize windowSize() const;   ///< that it should have
     void followCompositing();
     void keepOnScreen();
+    void settle();
     void setSheet(FramelessWindow* sheet);  ///< the one that is presented over this window, if any
     void layOut(QPoint contentTopLeft);
 
@@ -76,6 +80,9 @@ private:
     QPointer<FramelessWindow> sheet_;
     Veil* veil_;
     Edge* edge_;
+    QTimer settling_;
+    std::optional<QPoint> placed_;  ///< where it was sent a moment ago
+    bool hasChangedScreen_ = false;
     Subscription compositing_;
 };
 
