@@ -1,4 +1,7 @@
 """What lies over the popover, and what the desktop and its user's main job do with it."""
+import json
+import pathlib
+import subprocess
 import sys
 import tempfile
 import unittest
@@ -7,11 +10,13 @@ import dbus
 
 import tour
 from applications import BRINDLE, Brindle, DesktopTest
+from desktop import entry
 from x11 import Rect
 
 DARK, LIGHT = (bytes.fromhex(colour)[::-1] for colour in ("1e293b", "f1f5f9"))
 PORTAL = "org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop", "org.freedesktop.portal.Settings"
-ABOUT = 1
+SETTINGS, ABOUT = 0, 1
+HERE = pathlib.Path(__file__).resolve().parent
 
 
 class InterfaceTest(DesktopTest):
@@ -58,6 +63,28 @@ class InterfaceTest(DesktopTest):
             places = [(rect.x + 8, rect.y + 60), (rect.x + 100, rect.y + 300), (rect.x + 8, rect.y + 490)]
             desktop.wait_for(lambda: all(desktop.x.pixels(Rect(*place, 1, 1))[:3] == surface for place in places), 5,
                              f"scheme {scheme} is seen")
+
+    def test_assistive_technology_reads_it(self):
+        desktop = self.desktop()
+        desktop.seed(BrindleHistory=json.dumps([entry("one"), entry("two", isPinned=True)]).encode(), launchAtLogin=1)
+        brindle = Brindle(desktop, QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1")
+        brindle.open()
+
+        def reads(*expected):
+            """Whether each role, start of a name, states it has and states it lacks is there."""
+            output = subprocess.run([HERE / "accessible.py"], env=desktop.environment, capture_output=True, timeout=30)
+            read = json.loads(output.stdout or b"[]")
+            return all(any(role == each[0] and each[1].startswith(name) and has <= set(each[2])
+                           and not lacks & set(each[2]) for each in read) for role, name, has, lacks in expected)
+        desktop.wait_for(lambda: reads(
+            ("list item", "one, 00:00", {"focusable", "showing"}, set()),
+            ("list item", "two, 00:00, pinned", {"focusable"}, set()),
+            ("page tab", "All (2)", {"selected"}, set()), ("page tab", "Pinned (1)", set(), {"selected"}),
+            ("text", "Search...", {"editable"}, {"focused"})), 20, "popover is read")
+        brindle.choose_from_header(SETTINGS)
+        desktop.wait_for(lambda: reads(
+            ("check box", "Start at Login", {"checked"}, set()), ("radio button", "50", {"checked"}, set()),
+            ("radio button", "25", set(), {"checked"})), 20, "settings are read")
 
 
 if __name__ == "__main__":
