@@ -89,6 +89,13 @@ TEST_F(HistoryViewTest, OffersAMenuThatDoesWhatItSaysAndClosesThePopover) {
     EXPECT_THAT(shownTexts(), ElementsAre("second", "first"));
     click(0, Qt::RightButton);
     EXPECT_EQ(takeMenuTitles(), QStringList({"Copy", "Delete", "Unpin", "Add to List", "Work && Home"}));
+    // The entry goes while its menu is open.
+    click(0, Qt::RightButton);
+    history.deleteItem(ClipboardItem(history.history().value().front()));
+    settle();
+    choose("Delete");
+    settle();
+    EXPECT_THAT(shownTexts(), ElementsAre("first"));
 }
 
 TEST_F(HistoryViewTest, ShowsTheSelectedTabAndWhatIsSearchedInIt) {
