@@ -17,24 +17,30 @@ bool SharedText::isWellFormed() const {
     return *body_->isWellFormed;
 }
 
-std::uint64_t SharedText::canonicalHash(Body& body) {
-    if (!body.hasCanonicalHash) {
+bool SharedText::isComposed(Body& body) {
+    if (!body.isComposed)
         body.isComposed = unicode::isComposed(body.text);
-        const std::string rewritten = body.isComposed ? std::string() : unicode::composed(body.text);
-        body.canonicalHash = std::hash<std::string_view>{}(body.isComposed ? body.text : rewritten);
-        body.hasCanonicalHash = true;
+    return *body.isComposed;
+}
+
+std::uint64_t SharedText::canonicalHash(Body& body) {
+    if (!body.canonicalHash) {
+        const std::string rewritten = isComposed(body) ? std::string() : unicode::composed(body.text);
+        body.canonicalHash = std::hash<std::string_view>{}(isComposed(body) ? body.text : rewritten);
     }
-    return body.canonicalHash;
+    return *body.canonicalHash;
 }
 
 bool SharedText::isCanonicallyEqual(const SharedText& other) const {
     if (body_ == other.body_)
         return true;
+    const bool areComposed = isComposed(*body_) && isComposed(*other.body_);
+    if (areComposed && body_->text.size() != other.body_->text.size())
+        return false;
     if (canonicalHash(*body_) != canonicalHash(*other.body_))
         return false;
-    if (body_->isComposed && other.body_->isComposed)
-        return body_->text == other.body_->text;
-    return unicode::composed(body_->text) == unicode::composed(other.body_->text);
+    return areComposed ? body_->text == other.body_->text
+                       : unicode::composed(body_->text) == unicode::composed(other.body_->text);
 }
 
 }  // namespace brindle

@@ -53,12 +53,12 @@ private:
         const std::string text;
         // A plain count: every change of a history copies all of it, and atomic ones were most of that time.
         std::size_t owners = 1;
-        // Of the composed form (NFC); filled at the first comparison.
-        std::uint64_t canonicalHash = 0;
-        bool hasCanonicalHash = false;
-        bool isComposed = false;
+        // Each is looked for once, when it is first asked for.
         std::optional<bool> isWellFormed = std::nullopt;
+        std::optional<bool> isComposed = std::nullopt;              // is its own composed form (NFC)
+        std::optional<std::uint64_t> canonicalHash = std::nullopt;  // of that form
     };
+    static bool isComposed(Body& body);
     static std::uint64_t canonicalHash(Body& body);
 
     Body* body_;

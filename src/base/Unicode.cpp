@@ -7,6 +7,7 @@
 #include <unicode/utf8.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <cstring>
 
@@ -48,10 +49,17 @@ Run nextRun(std::string_view text, std::size_t start) {
 }  // namespace
 
 std::size_t asciiEnd(std::string_view text, std::size_t start) {
+    constexpr std::uint64_t notAscii = 0x8080808080808080U;
+    std::array<std::uint64_t, 4> four;
+    for (; start + sizeof four <= text.size(); start += sizeof four) {
+        std::memcpy(four.data(), text.data() + start, sizeof four);
+        if (((four[0] | four[1] | four[2] | four[3]) & notAscii) != 0)
+            break;
+    }
     std::uint64_t eight;
     for (; start + sizeof eight <= text.size(); start += sizeof eight) {
         std::memcpy(&eight, text.data() + start, sizeof eight);
-        if ((eight & 0x8080808080808080U) != 0)
+        if ((eight & notAscii) != 0)
             break;
     }
     return start;

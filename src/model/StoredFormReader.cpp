@@ -53,7 +53,9 @@ public:
         const std::string_view view(text, length);
         if (!isWanted())
             return put({});
-        return unicode::isWellFormed(view) ? put(std::string(view)) : put(Unusable());
+        // All of it was well formed. Only an escape brings half a surrogate pair in, and that begins with this byte.
+        const bool isSound = view.find('\xED') == view.npos || unicode::isWellFormed(view);
+        return isSound ? put(std::string(view)) : put(Unusable());
     }
     bool StartArray() { return open(outermost); }
     bool EndArray(SizeType /*count*/) {
