@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/freedesktop/DefaultsCheckpointer.h"
+
 struct sqlite3;
 struct sqlite3_stmt;
 
@@ -59,7 +61,10 @@ public:
     /// An operation met damage; from then on the file is to be closed and moved aside.
     [[nodiscard]] bool isDamaged() const { return isDamaged_; }
 
-    /// What can still be read of a damaged file.
+    /// The file is no longer at its path: removed, moved, or another one is there.
+    [[nodiscard]] bool hasMoved() const;
+
+    /// What can still be read of a file that is damaged or has moved.
     [[nodiscard]] KeptDefaults salvage();
 
     /// None when the key is absent or has a value of another kind.
@@ -85,12 +90,16 @@ private:
     int evaluate(const char* sql, std::int64_t& number);
     int prepare(const char* sql, Statement& statement);
     int put(const DefaultsRow& row);
+    int run(sqlite3_stmt* statement);
+    static int handleCommit(void* database, sqlite3* connection, const char* name, int pages);
     bool seek(std::string_view key);
     int noted(int code);
 
     sqlite3* connection_ = nullptr;
     Statement select_;
-    Statement replace_;
+    Statement delete_;
+    Statement insert_;
+    std::unique_ptr<DefaultsCheckpointer> checkpointer_;
     bool isReadOnly_ = false;
     bool isDamaged_ = false;
 };

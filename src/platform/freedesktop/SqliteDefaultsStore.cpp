@@ -59,16 +59,29 @@ bool SqliteDefaultsStore::moveAside(const std::string& reason) const {
     return name.has_value();
 }
 
-/// Not every damage shows when the file is opened. What is still readable goes into the new file.
+/// Not every damage shows when the file is opened.
 void SqliteDefaultsStore::leaveDamaged() const {
-    if (!database_ || !database_->isDamaged())
-        return;
+    if (database_ && database_->isDamaged())
+        replaceFile("it is damaged");
+}
+
+/// Somebody may remove the file while it is in use, or put another in its place, which was never read.
+void SqliteDefaultsStore::leaveMoved() const {
+    if (database_ && database_->hasMoved())
+        replaceFile("it was put in the place of the file in use");
+}
+
+/// What can be read of the file in use goes into a new one. `reason`: why what stands at its path has to give way.
+void SqliteDefaultsStore::replaceFile(const std::string& reason) const {
     unsaved_.merge(database_->salvage());
     database_.reset();
-    if (moveAside("it is damaged"))
+    const bool isGone = !defaultsfile::exists(path_);
+    if (isGone)
+        log(path_ + " is gone. It is made anew.");
+    if (isGone || moveAside(reason))
         open();
     else
-        trouble_ = "the file is damaged";
+        trouble_ = reason;
     if (database_ && !unsaved_.empty() && !database_->write(unsavedRows()))
         unsaved_.clear();
 }
@@ -148,6 +161,7 @@ void SqliteDefaultsStore::set(const DefaultsRow& row) {
 
 /// Writes the value, and with it what could not be written before.
 std::optional<std::string> SqliteDefaultsStore::save(const DefaultsRow& row) {
+    leaveMoved();
     if (!trouble_.empty())
         reopenAfterTrouble();
     if (!database_)

@@ -43,6 +43,8 @@ private:
     void reopenAfterTrouble();
     bool moveAside(const std::string& reason) const;
     void leaveDamaged() const;
+    void leaveMoved() const;
+    void replaceFile(const std::string& reason) const;
     void set(const DefaultsRow& row);
     [[nodiscard]] std::optional<std::string> save(const DefaultsRow& row);
     [[nodiscard]] std::vector<DefaultsRow> unsavedRows() const;

@@ -1,7 +1,9 @@
 #include <gmock/gmock.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cstdlib>
+#include <mutex>
 #include <random>
 
 #include "platform/freedesktop/Scratch.h"
@@ -9,26 +11,46 @@
 
 namespace {
 
+namespace fs = std::filesystem;
+
 /// How many more times the disk is told to write its cache before the power fails; the program does not notice.
-int syncsLeft = 0;
-std::filesystem::path diskAfterwards;
+std::atomic<int> syncsLeft = 0;
+fs::path diskAfterwards;
+std::mutex disk;
+std::mt19937 random_(7);
+
+/// What the disk has of a file when the power fails while it is written: of each sector the old content or the new one.
+void copyInPart(const fs::path& file, const fs::path& onDisk) {
+    constexpr std::size_t sector = 512;
+    auto content = brindle::read(file);
+    auto before = brindle::read(onDisk);
+    before.resize(content.size());
+    for (std::size_t at = 0; at < content.size(); at += sector) {
+        if (random_() % 2 == 0)
+            content.replace(at, sector, before, at, sector);
+    }
+    std::ofstream(onDisk, std::ios::binary) << content;
+}
 
 }  // namespace
 
 /// Takes the place of the C library's. What the disk holds after the power cut is what was synced before it.
-extern "C" int fdatasync(int file) {
-    if (--syncsLeft <= 0)
+extern "C" int fdatasync(int descriptor) {
+    const std::lock_guard lock(disk);
+    const int left = --syncsLeft;
+    const auto file = fs::read_symlink("/proc/self/fd/" + std::to_string(descriptor));
+    const auto onDisk = diskAfterwards / file.filename();
+    const bool isFile = fs::is_regular_file(file);
+    const bool isSyncedAgain = file.extension() == ".sqlite3-wal" && left > 3;
+    if (left < 0 || (left == 0 && !isFile))
         return 0;
-    const auto path = std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(file));
-    const bool isFile = std::filesystem::is_regular_file(path);
-    const auto folder = isFile ? path.parent_path() : path;
-    const bool isSyncedAgain = path.extension() == ".sqlite3-wal" && syncsLeft > 3;
-    if (isFile && !isSyncedAgain)
-        std::filesystem::copy_file(path, diskAfterwards / path.filename(),
-                                   std::filesystem::copy_options::overwrite_existing);
-    for (const auto& each : std::filesystem::directory_iterator(diskAfterwards)) {
-        if (!std::filesystem::exists(folder / each.path().filename()))
-            std::filesystem::remove(each);
+    if (left == 0)
+        copyInPart(file, onDisk);
+    else if (isFile && !isSyncedAgain)
+        fs::copy_file(file, onDisk, fs::copy_options::overwrite_existing);
+    for (const auto& each : fs::directory_iterator(diskAfterwards)) {
+        if (!fs::exists((isFile ? file.parent_path() : file) / each.path().filename()))
+            fs::remove(each);
     }
     return 0;
 }
@@ -37,7 +59,9 @@ namespace brindle {
 namespace {
 
 std::string valueOf(int write) {
-    return std::to_string(write) + std::string(static_cast<std::size_t>(write) * 7919 % 60'000, 'v');
+    constexpr int makesALargeLog = 17'000'000;
+    const int size = write % 40 == 7 ? makesALargeLog : write * 7919 % 60'000;
+    return std::to_string(write) + std::string(static_cast<std::size_t>(size), 'v');
 }
 
 /// How many writes had returned when the power failed.
@@ -52,13 +76,12 @@ int writeUntilTheCut(const std::string& folder) {
 TEST(PowerCutTest, TakesNothingThatHadBeenWritten) {
     // BRINDLE_POWER_CUTS=2000 is the long form.
     const char* wanted = std::getenv("BRINDLE_POWER_CUTS");
-    std::mt19937 random(7);
     for (int cut = wanted != nullptr ? std::atoi(wanted) : 60; cut > 0 && !testing::Test::HasFailure(); --cut) {
         const Scratch before;
         const Scratch after;
         const LogLines log;
         diskAfterwards = after.path();
-        syncsLeft = 2 + static_cast<int>(random() % 200);
+        syncsLeft = 2 + static_cast<int>(random_() % 200);
         const int returned = writeUntilTheCut(before.path());
         const SqliteDefaultsStore store(after.path());
         for (int write = returned - 1; write >= std::max(0, returned - 3); --write) {

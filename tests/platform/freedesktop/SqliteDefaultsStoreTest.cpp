@@ -136,13 +136,13 @@ TEST(FaultyFileTest, CostsOneLineAndNeverTheProgram) {
 TEST_F(SqliteDefaultsStoreTest, TakesOverWhatCanBeReadOfADamagedFile) {
     {
         SqliteDefaultsStore store(scratch_.path());
-        store.setData("a", std::string(100'000, 'a'));
+        store.setData("a", std::string(300'000, 'a'));
         store.setData("b", "lists");
         store.setInteger("c", 7);
         store.setString("d", "Light");
     }
     const auto text = read(file());
-    overwrite(file(), static_cast<std::streamoff>(text.find("aaaa", text.size() / 2)) / 16384 * 16384, 4);
+    overwrite(file(), static_cast<std::streamoff>(text.find("aaaa", text.size() / 2)) / 32768 * 32768, 4);
     for (int start = 0; start < 2; ++start) {
         const SqliteDefaultsStore store(scratch_.path());
         EXPECT_THAT(store.string("d"), Optional(StrEq("Light")));
@@ -197,6 +197,27 @@ TEST_F(SqliteDefaultsStoreTest, SharesItsFileWithAnotherProgramAndWaitsOutItsLoc
     EXPECT_THAT(log_.lines, ElementsAre("Cannot store held: database is locked"));
     store.setInteger("next", 2);
     EXPECT_EQ(other.integer("held") + other.integer("next"), 3);
+}
+
+TEST_F(SqliteDefaultsStoreTest, GoesOnWhenItsFileIsRemovedOrReplaced) {
+    const std::string entries(100'000, 'a');
+    SqliteDefaultsStore store(scratch_.path());
+    store.setData("entries", entries);
+    std::filesystem::remove_all(scratch_.path());
+    store.setInteger("removed", 1);
+    EXPECT_THAT(SqliteDefaultsStore(scratch_.path()).data("entries"), Optional(entries));
+
+    const Scratch other;
+    makeStore(other / databaseName);
+    const auto theirs = read(other / databaseName);
+    std::filesystem::rename(other / databaseName, file());
+    store.setInteger("replaced", 2);
+    const SqliteDefaultsStore again(scratch_.path());
+    EXPECT_THAT(again.data("entries"), Optional(entries));
+    EXPECT_EQ(again.integer("removed") + again.integer("replaced"), 3);
+    EXPECT_EQ(again.data("key25"), std::nullopt);
+    ASSERT_THAT(log_.lines, ElementsAre(HasSubstr("is gone"), HasSubstr("put in the place")));
+    EXPECT_TRUE(read(log_.lines[1].substr(log_.lines[1].find("now ") + 4)) == theirs);
 }
 
 TEST_F(SqliteDefaultsStoreTest, MovesAFileOfSomebodyElseAside) {
