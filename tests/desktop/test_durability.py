@@ -22,7 +22,7 @@ def mount(*arguments):
 
 def arrangement(brindle):
     """What the user chose, beside the entries that come and go; the oldest one stays."""
-    return {"entry": brindle.history()[-1], "lists": brindle.stored("BrindleLists"),
+    return {"entry": brindle.history()[-1], "lists": [each["name"] for each in brindle.stored("BrindleLists")],
             "theme": brindle.setting("appTheme"), "starts at login": brindle.setting("launchAtLogin"),
             "limit": brindle.setting("maxClipboardItems")}
 
@@ -30,25 +30,41 @@ def arrangement(brindle):
 def arrange(brindle, now, round):
     """The last click or key of one change by the user was just made; this is what it changes."""
     brindle.open()
-    if round % 5 == 1:
+    if round % 6 == 1:
         brindle.search("filed")
         brindle.desktop.wait_for(lambda: brindle.list_length() == 1, 5, "only that entry")
         brindle.click_row(0, button=3)
         brindle.choose(2)
         return {"entry": now["entry"] | {"isPinned": not now["entry"]["isPinned"]}}
-    if round % 5 == 2:
+    if round % 6 == 2:
         brindle.click(200, 78, button=3)
         brindle.choose(0)
-        brindle.x.type(f"List {round}\n")
-        return {"lists": [LIST | {"name": f"List {round}"}]}
+        brindle.x.type(f"L{round:03}\n")
+        return {"lists": [f"L{round:03}", *now["lists"][1:]]}
+    if round % 6 == 3:
+        return make_or_delete_list(brindle, now)
     brindle.choose_from_header(0)
     brindle.x.is_still()
-    if round % 5 == 3:
+    if round % 6 == 4:
         brindle.click(305, 308)
         return {"starts at login": 0 if now["starts at login"] else 1}
     theme = "Dark" if now["theme"] == "Light" else "Light"
     brindle.click({"Light": 70, "Dark": 125}[theme], 376)
     return {"theme": theme}
+
+
+def make_or_delete_list(brindle, now):
+    behind_the_first = 240 + 6 * len(str(len(brindle.history())))
+    if len(now["lists"]) > 1:
+        brindle.click(behind_the_first, 78, button=3)
+        brindle.choose(1)
+        brindle.x.is_still()
+        brindle.click(234, 287)
+        return {"lists": now["lists"][:1]}
+    brindle.click(behind_the_first, 78)
+    brindle.x.is_still()
+    brindle.x.type("New\n")
+    return {"lists": [*now["lists"], "New"]}
 
 
 class DurabilityTest(DesktopTest):
@@ -60,7 +76,7 @@ class DurabilityTest(DesktopTest):
         desktop.seed(BrindleHistory=json.dumps([FILED]).encode(), BrindleLists=json.dumps([LIST]).encode(),
                      maxClipboardItems=100_000, appTheme="Light")
         seen = [FILED]
-        possible = [{"entry": FILED, "lists": [LIST], "theme": "Light", "starts at login": None, "limit": 100_000}]
+        possible = [{"entry": FILED, "lists": [LIST["name"]], "theme": "Light", "starts at login": None, "limit": 100_000}]
         for round in range(ROUNDS + 1):
             brindle = Brindle(desktop)
             self.assertEqual(brindle.history()[-len(seen):-1], seen[:-1], f"round {round}")
@@ -71,7 +87,7 @@ class DurabilityTest(DesktopTest):
                 desktop.copy(f"text {number}")
                 time.sleep(chance.uniform(0, 0.7))
                 seen = brindle.history()
-            if round % 5:
+            if round % 6:
                 before = arrangement(brindle)
                 after = before | arrange(brindle, before, round)
                 possible = [before, after]
