@@ -59,10 +59,15 @@ void limitSpareMemory() {
     ::mallopt(M_TRIM_THRESHOLD, spare);
 }
 
-/// What the start needed once: the stored history in other forms above all.
-void returnSpareMemorySoon() {
+/// What nothing of the start waits for, when the icon is in the tray.
+void finishStartLater() {
     constexpr std::chrono::milliseconds startMayTake{500};
-    QTimer::singleShot(startMayTake, [] { ::malloc_trim(0); });
+    QTimer::singleShot(startMayTake, [] {
+        // The windows' icon, which the look-up in the theme takes some time for.
+        QApplication::setWindowIcon(QIcon::fromTheme(FreedesktopBundle::identifier));
+        // What was needed once: the stored history in other forms above all.
+        ::malloc_trim(0);
+    });
 }
 
 bool isWaylandSession() {
@@ -132,11 +137,9 @@ int BrindleApp::run(char** argv) {
     }
     prepareToolkit();
     const auto application = makeToolkit(argv);
-    // The icon theme is read when there is time for it: no window of the start shows this one.
-    QTimer::singleShot(0, [] { QApplication::setWindowIcon(QIcon::fromTheme(FreedesktopBundle::identifier)); });
     neverStartSessionBus();
     keepMemoryPrivate();
-    returnSpareMemorySoon();
+    finishStartLater();
     const auto desktop = X11Platform::create();
     if (!desktop)
         return EXIT_FAILURE;  // the server went between the two looks at it

@@ -16,6 +16,7 @@ using namespace std::chrono_literals;
 
 constexpr auto clickGrace = static_cast<qint64>(MouseMonitor::statusClickGrace * 1000);  // milliseconds
 constexpr auto lookInterval = 25ms;
+constexpr auto startMayTake = 100ms;  // until the icon is in the tray
 
 QRect toQRect(Rect rect) {
     return QRectF(rect.origin.x, rect.origin.y, rect.size.width, rect.size.height).toAlignedRect();
@@ -60,7 +61,7 @@ void QtPopover::setContent(std::unique_ptr<PopoverContent> content) {
         return;
     static_cast<void>(content.release());  // it is content_ now
     // The start waits for the icon and not for the view; the first opening finds both.
-    preparation_.start(0);
+    preparation_.start(startMayTake);
 }
 
 void QtPopover::prepare() {
