@@ -13,6 +13,7 @@
 #include <cstddef>
 #include <functional>
 #include <span>
+#include <unordered_map>
 #include <utility>
 #include <variant>
 
@@ -177,6 +178,15 @@ std::optional<ClipboardItem> makeItem(Values& values) {
     return item;
 }
 
+/// A few applications are behind all entries: each one's name is kept once.
+void shareSourceApps(std::vector<ClipboardItem>& items) {
+    std::unordered_map<std::string_view, SharedText> names;
+    for (ClipboardItem& item : items) {
+        if (item.sourceApp)
+            item.sourceApp = names.try_emplace(item.sourceApp->view(), *item.sourceApp).first->second;
+    }
+}
+
 std::optional<CustomList> makeList(Values& values) {
     const auto id = uuid(values[listIdentityKey]);
     auto* const name = std::get_if<std::string>(&values[nameKey]);
@@ -189,7 +199,10 @@ std::optional<CustomList> makeList(Values& values) {
 }  // namespace
 
 std::optional<std::vector<ClipboardItem>> decodeHistory(std::string json) {
-    return decode<ClipboardItem>(std::move(json), itemKeys, makeItem);
+    auto items = decode<ClipboardItem>(std::move(json), itemKeys, makeItem);
+    if (items)
+        shareSourceApps(*items);
+    return items;
 }
 
 std::optional<std::vector<CustomList>> decodeLists(std::string json) {

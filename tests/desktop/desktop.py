@@ -178,7 +178,7 @@ class Desktop:
         """A store as a Brindle that ran before would have left it."""
         self.store_path.parent.mkdir(mode=0o700, parents=True, exist_ok=True)
         with contextlib.closing(sqlite3.connect(self.store_path, isolation_level=None)) as store:
-            store.executescript("PRAGMA page_size = 16384; PRAGMA user_version = 1; CREATE TABLE defaults "
+            store.executescript("PRAGMA page_size = 32768; PRAGMA user_version = 1; CREATE TABLE defaults "
                                 "(key TEXT PRIMARY KEY NOT NULL, value ANY NOT NULL) STRICT, WITHOUT ROWID")
             store.executemany("INSERT INTO defaults VALUES (?, ?)", values.items())
 

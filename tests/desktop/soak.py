@@ -1,7 +1,7 @@
 #!/usr/bin/python3 -B
-"""Hours of use in minutes: soak.py PROGRAM MINUTES copies, opens and pastes without a pause, replaces the tray and the
-window manager now and then, and fails when an entry is lost or doubled or when memory, file descriptors or X resources
-grow. A sanitized program says at its end what leaked.
+"""Hours of use in minutes: soak.py PROGRAM MINUTES copies, opens and pastes without a pause (100, 40 and 20 times a
+minute), replaces the tray and the window manager now and then, and fails when an entry is lost or doubled or when
+memory, file descriptors or X resources grow. A sanitized program says at its end what leaked.
 """
 import os
 import pathlib
@@ -25,23 +25,31 @@ class Soak:
         self.desktop, self.x = desktop, desktop.x
         self.brindle = Brindle(desktop, program, ASAN_OPTIONS="detect_leaks=1:quarantine_size_mb=8")
         self.editor = Editor(desktop, "mousepad", "start")
-        self.copies, self.expected, self.samples = 0, [], []
+        self.copies = self.openings = self.pastes = 0
+        self.expected, self.samples = [], []
 
-    def copy(self):
+    def copy(self, opening):
         self.copies += 1
         self.expected = [f"copy {self.copies} " + "ü€😀x" * (self.copies * 7919 % 3000), *self.expected][:LIMIT]
         self.desktop.copy(self.expected[0])
+        if opening:
+            self.open()
+            self.brindle.press_hot_key()
+            self.brindle.await_closed(20)
         self.brindle.await_contents(self.expected, 20)
 
-    def paste(self):
+    def open(self):
         self.brindle.open()
-        self.brindle.press_hot_key()
-        self.brindle.await_closed(20)
+        self.openings += 1
+
+    def paste_twice(self):
         self.desktop.wait_for(lambda: self.editor.is_active, 20, "editor in front again")
         self.x.chord("Control_L", "a")
-        self.brindle.open()
-        self.brindle.click_row(0)
-        self.editor.await_text(self.expected[0], 30)
+        for times in (1, 2):
+            self.open()
+            self.brindle.click_row(0)
+            self.pastes += 1
+            self.editor.await_text(self.expected[0] * times, 30)
         time.sleep(0.6)  # until the next poll an own write and a copy count as one
 
     def replace_tray(self):
@@ -63,12 +71,12 @@ class Soak:
         end, turn, due = time.monotonic() + minutes * 60, 0, 0
         while time.monotonic() < end:
             turn += 1
-            for _ in range(5):
-                self.copy()
-            self.paste()
-            if turn % 40 == 0:
+            for number in range(10):
+                self.copy(opening=number % 5 == 0)
+            self.paste_twice()
+            if turn % 20 == 0:
                 self.replace_tray()
-            if turn % 55 == 0:
+            if turn % 27 == 0:
                 self.desktop.replace_window_manager()
                 self.editor.activate()
             for process in self.desktop.started:
@@ -85,8 +93,9 @@ class Soak:
                  if "leak of" in block and "brindle::" in block]
         minutes, sizes, files, resources = zip(*self.samples)
         slope = statistics.linear_regression(minutes, sizes).slope if len(sizes) > 1 else 0
-        print(f"memory {slope:.1f} KiB/min, files {files[0]} to {files[-1]}, X resources {resources[0]} to "
-              f"{resources[-1]}, leaks through our code: {len(leaks)}, complaints: {self.brindle.complaints()[:5]}, "
+        print(f"{self.copies} copies, {self.openings} openings, {self.pastes} pastes, memory {slope:.1f} KiB/min, "
+              f"files {files[0]} to {files[-1]}, X resources {resources[0]} to {resources[-1]}, "
+              f"leaks through our code: {len(leaks)}, complaints: {self.brindle.complaints()[:5]}, "
               f"exit {self.brindle.process.returncode}", *leaks[:9], sep="\n")
         return slope < SLOPE and all(counts[-1] <= counts[0] + 12 for counts in (files, resources))
 
