@@ -127,9 +127,10 @@ class Desktop:
 
     def replace_window_manager(self):
         before = self.x.numbers(self.x.root, "_NET_SUPPORTING_WM_CHECK")
-        self.run("openbox", "--replace")
+        manager = self.run("openbox", "--replace")
         self.wait_for(lambda: self.x.numbers(self.x.root, "_NET_SUPPORTING_WM_CHECK") not in ([], before), 20,
                       "the other window manager")
+        self.await_idle(manager)  # a window that is shown while it starts is lost now and then, whoever's it is
 
     def start_compositor(self):
         self._compositor = self.run("picom", "--backend", "xrender", "--config", "/dev/null")
