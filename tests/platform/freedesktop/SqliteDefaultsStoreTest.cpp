@@ -220,6 +220,15 @@ TEST_F(SqliteDefaultsStoreTest, GoesOnWhenItsFileIsRemovedOrReplaced) {
     EXPECT_TRUE(read(log_.lines[1].substr(log_.lines[1].find("now ") + 4)) == theirs);
 }
 
+TEST_F(SqliteDefaultsStoreTest, OverwritesWhatIsDeleted) {
+    {
+        SqliteDefaultsStore store(scratch_.path());
+        store.setData("entries", std::string(100'000, 'a') + "first" + std::string(100'000, 'b'));
+        store.setData("entries", "second");
+    }
+    EXPECT_THAT(read(file()), testing::Not(HasSubstr("first")));
+}
+
 TEST_F(SqliteDefaultsStoreTest, MovesAFileOfSomebodyElseAside) {
     if (::geteuid() != 0)
         GTEST_SKIP() << "only root can make such a file";
