@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <chrono>
 #include <cstdio>
 #include <utility>
 
@@ -18,7 +19,8 @@ namespace {
 constexpr int schemaVersion = 1;
 constexpr int busyTimeout = 20;  // milliseconds; only somebody's shell on this file ever holds it
 constexpr int fullLog = 128;     // pages; from this length on it goes into the file
-constexpr int largeLog = 512;    // pages; this much of it takes too long for the thread that writes
+constexpr int largeLog = 512;  // pages; this much of it does so later, which halves the longest time without an answer
+constexpr std::chrono::seconds later{1};
 // A history of a thousand entries is a row of a megabyte: in pages of this size SQLite writes it in half the processor
 // time that its own choice takes, and a row of a few kilobytes in the same.
 constexpr const char* createTable =
@@ -122,7 +124,7 @@ DefaultsDatabase::Opening DefaultsDatabase::open(const std::string& path) {
 
 DefaultsDatabase::Opening DefaultsDatabase::connect(const std::string& path, Mode mode, bool isNew) {
     std::unique_ptr<DefaultsDatabase> database(new DefaultsDatabase);
-    database->checkpointer_ = std::make_unique<DefaultsCheckpointer>(path);
+    database->path_ = path;
     database->isReadOnly_ = mode == Mode::readOnly;
     const std::string name = database->isReadOnly_ ? readOnlyUri(path) : path;
     const int access = database->isReadOnly_ ? SQLITE_OPEN_READONLY | SQLITE_OPEN_URI : SQLITE_OPEN_READWRITE;
@@ -150,7 +152,6 @@ DefaultsDatabase::~DefaultsDatabase() {
     select_.reset();
     delete_.reset();
     insert_.reset();
-    checkpointer_.reset();
     if (isDamaged_)
         sqlite3_db_config(connection_, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
     sqlite3_close(connection_);
@@ -176,6 +177,13 @@ int DefaultsDatabase::prepareFile(std::string& objection) {
         code = prepare(deleteValue, delete_);
     if (code == SQLITE_OK)
         code = prepare(insertValue, insert_);
+    std::int64_t version = 0;
+    if (code == SQLITE_OK)
+        code = evaluate("PRAGMA user_version", version);  // a read makes the log, if there is none
+    file_ = defaultsfile::identity(path_);
+    log_ = defaultsfile::identity(path_ + "-wal");
+    checkpoint_.setSingleShot(true);
+    checkpoint_.callOnTimeout([this] { checkpoint(); });
     return code;
 }
 
@@ -220,8 +228,14 @@ std::optional<std::int64_t> DefaultsDatabase::integer(std::string_view key) {
 }
 
 bool DefaultsDatabase::hasMoved() const {
-    int moved = 0;
-    return sqlite3_file_control(connection_, "main", SQLITE_FCNTL_HAS_MOVED, &moved) == SQLITE_OK && moved != 0;
+    return defaultsfile::isElsewhere(path_, file_);
+}
+
+void DefaultsDatabase::removeLog() {
+    if (defaultsfile::isElsewhere(path_ + "-wal", log_))
+        return;
+    ::unlink((path_ + "-wal").c_str());
+    ::unlink((path_ + "-shm").c_str());
 }
 
 KeptDefaults DefaultsDatabase::salvage() {
@@ -289,12 +303,18 @@ int DefaultsDatabase::run(sqlite3_stmt* statement) {
 }
 
 /// SQLite calls it when something was written, with the length of the log.
-int DefaultsDatabase::handleCommit(void* database, sqlite3* connection, const char* name, int pages) {
-    if (pages >= largeLog)
-        static_cast<DefaultsDatabase*>(database)->checkpointer_->begin();
-    else if (pages >= fullLog)
-        sqlite3_wal_checkpoint_v2(connection, name, SQLITE_CHECKPOINT_PASSIVE, nullptr, nullptr);
-    return SQLITE_OK;  // the write was one; a log that could not be taken over is so at the next
+int DefaultsDatabase::handleCommit(void* database, sqlite3* /*connection*/, const char* /*name*/, int pages) {
+    auto& self = *static_cast<DefaultsDatabase*>(database);
+    if (pages >= largeLog && !self.checkpoint_.isActive())
+        self.checkpoint_.start(later);
+    else if (pages >= fullLog && pages < largeLog)
+        self.checkpoint();
+    return SQLITE_OK;
+}
+
+/// The log goes into the file. What could not be taken over stays in it until the next time.
+void DefaultsDatabase::checkpoint() {
+    sqlite3_wal_checkpoint_v2(connection_, "main", SQLITE_CHECKPOINT_PASSIVE, nullptr, nullptr);
 }
 
 /// Leaves the statement at the key's row; whoever calls it resets the statement.

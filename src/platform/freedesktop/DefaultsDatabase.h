@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QTimer>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -9,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/freedesktop/DefaultsCheckpointer.h"
+#include "platform/freedesktop/DefaultsFile.h"
 
 struct sqlite3;
 struct sqlite3_stmt;
@@ -61,8 +62,10 @@ public:
     /// An operation met damage; from then on the file is to be closed and moved aside.
     [[nodiscard]] bool isDamaged() const { return isDamaged_; }
 
-    /// The file is no longer at its path: removed, moved, or another one is there.
+    /// The file is no longer at its path: removed, moved, or another one is there. No when that cannot be seen.
     [[nodiscard]] bool hasMoved() const;
+    /// Takes the log of a file that has moved from its path, where the next file's reader would take it for that one's.
+    void removeLog();
 
     /// What can still be read of a file that is damaged or has moved.
     [[nodiscard]] KeptDefaults salvage();
@@ -91,6 +94,7 @@ private:
     int prepare(const char* sql, Statement& statement);
     int put(const DefaultsRow& row);
     int run(sqlite3_stmt* statement);
+    void checkpoint();
     static int handleCommit(void* database, sqlite3* connection, const char* name, int pages);
     bool seek(std::string_view key);
     int noted(int code);
@@ -99,7 +103,10 @@ private:
     Statement select_;
     Statement delete_;
     Statement insert_;
-    std::unique_ptr<DefaultsCheckpointer> checkpointer_;
+    std::string path_;
+    defaultsfile::Identity file_;
+    defaultsfile::Identity log_;
+    QTimer checkpoint_;
     bool isReadOnly_ = false;
     bool isDamaged_ = false;
 };

@@ -61,6 +61,18 @@ bool exists(const std::string& path) {
     return ::lstat(path.c_str(), &status) == 0;
 }
 
+Identity identity(const std::string& path) {
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0 ? Identity(status.st_dev, status.st_ino) : Identity();
+}
+
+bool isElsewhere(const std::string& path, const Identity& file) {
+    struct stat status {};
+    if (::stat(path.c_str(), &status) != 0)
+        return errno == ENOENT;
+    return Identity(status.st_dev, status.st_ino) != file;
+}
+
 int secure(const std::string& path) {
     const int file = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NONBLOCK, S_IRUSR | S_IWUSR);
     if (file < 0)

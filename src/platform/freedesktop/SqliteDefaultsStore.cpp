@@ -74,14 +74,16 @@ void SqliteDefaultsStore::leaveMoved() const {
 /// What can be read of the file in use goes into a new one. `reason`: why what stands at its path has to give way.
 void SqliteDefaultsStore::replaceFile(const std::string& reason) const {
     unsaved_.merge(database_->salvage());
+    if (database_->hasMoved())
+        database_->removeLog();
     database_.reset();
     const bool isGone = !defaultsfile::exists(path_);
-    if (isGone)
-        log(path_ + " is gone. It is made anew.");
     if (isGone || moveAside(reason))
         open();
     else
-        trouble_ = reason;
+        trouble_ = "its file can neither be used nor moved aside";
+    if (isGone && database_)
+        log(path_ + " was gone. It is made anew.");
     if (database_ && !unsaved_.empty() && !database_->write(unsavedRows()))
         unsaved_.clear();
 }

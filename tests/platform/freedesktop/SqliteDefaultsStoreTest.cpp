@@ -6,6 +6,7 @@
 
 #include <random>
 
+#include "platform/Await.h"
 #include "platform/freedesktop/Scratch.h"
 
 namespace brindle {
@@ -216,8 +217,19 @@ TEST_F(SqliteDefaultsStoreTest, GoesOnWhenItsFileIsRemovedOrReplaced) {
     EXPECT_THAT(again.data("entries"), Optional(entries));
     EXPECT_EQ(again.integer("removed") + again.integer("replaced"), 3);
     EXPECT_EQ(again.data("key25"), std::nullopt);
-    ASSERT_THAT(log_.lines, ElementsAre(HasSubstr("is gone"), HasSubstr("put in the place")));
-    EXPECT_TRUE(read(log_.lines[1].substr(log_.lines[1].find("now ") + 4)) == theirs);
+    ASSERT_THAT(log_.lines, ElementsAre(HasSubstr("was gone"), HasSubstr("put in the place")));
+    const auto aside = log_.lines[1].substr(log_.lines[1].find("now ") + 4);
+    EXPECT_TRUE(read(aside) == theirs);
+    EXPECT_FALSE(std::filesystem::exists(aside + "-wal")) << "who opens it would read our log into it";
+}
+
+TEST_F(SqliteDefaultsStoreTest, CarriesALargeLogIntoTheFileSoon) {
+    constexpr std::size_t large = 20'000'000;
+    SqliteDefaultsStore store(scratch_.path());
+    store.setData("entries", std::string(large, 'a'));
+    EXPECT_TRUE(await([&] { return std::filesystem::file_size(file()) > large; }));
+    store.setInteger("next", 1);
+    EXPECT_LT(std::filesystem::file_size(file() + "-wal"), large / 2);
 }
 
 TEST_F(SqliteDefaultsStoreTest, OverwritesWhatIsDeleted) {
