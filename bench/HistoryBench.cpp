@@ -45,7 +45,7 @@ void captureDurably(benchmark::State& state) {
 
 // Not as many rounds as it takes to fill a time: each makes the history longer.
 BENCHMARK(addItemToPinned)->Arg(100)->Arg(10'000)->Unit(benchmark::kMicrosecond)->UseManualTime()->Iterations(50);
-BENCHMARK(captureDurably)->Arg(5)->Arg(1000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(captureDurably)->Arg(5)->Arg(100)->Arg(1000)->Arg(10'000)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 

@@ -12,7 +12,7 @@ namespace brindle::bench {
 namespace {
 
 void keystrokeInTheSearch(benchmark::State& state) {
-    Window window(10'000, static_cast<std::size_t>(state.range(0)));
+    Window window(static_cast<std::size_t>(state.range(0)), static_cast<std::size_t>(state.range(1)));
     auto& field = *window.view.findChild<TextField*>();
     field.setFocus();
     std::size_t round = 0;
@@ -39,7 +39,7 @@ void scrollByAPage(benchmark::State& state) {
 
 /// From the poll to the painted list, on the disk meanwhile.
 void showACopy(benchmark::State& state) {
-    Window window(static_cast<std::size_t>(state.range(0)), 1024);
+    Window window(static_cast<std::size_t>(state.range(0)), 1024, Storing::onDisk);
     std::size_t number = 2'000'000;
     for ([[maybe_unused]] auto turn : state) {
         state.PauseTiming();
@@ -51,9 +51,13 @@ void showACopy(benchmark::State& state) {
     }
 }
 
-BENCHMARK(keystrokeInTheSearch)->Arg(1024)->Arg(10 * 1024)->Unit(benchmark::kMillisecond);
+BENCHMARK(keystrokeInTheSearch)
+    ->Args({100, 1024})
+    ->Args({10'000, 1024})
+    ->Args({10'000, 10 * 1024})
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK(scrollByAPage)->Arg(100)->Arg(10'000)->Unit(benchmark::kMillisecond);
-BENCHMARK(showACopy)->Arg(5)->Arg(1000)->Unit(benchmark::kMillisecond);
+BENCHMARK(showACopy)->Arg(5)->Arg(100)->Arg(1000)->Arg(10'000)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 

@@ -10,7 +10,7 @@ namespace brindle::bench {
 
 /// The main view over a history, as the popover shows it.
 struct Window {
-    Window(std::size_t count, std::size_t bytes) : desk(Storing::nowhere, count, bytes) {
+    Window(std::size_t count, std::size_t bytes, Storing storing = Storing::nowhere) : desk(storing, count, bytes) {
         view.show();
         QApplication::setActiveWindow(&view);
         QApplication::processEvents();  // a window paints once it is exposed

@@ -39,7 +39,23 @@ struct Peer {
     bool isChunked = false;
     std::optional<SelectionEncoding> encoding;
     std::string given;
-    bool isSecret = false;
+    std::uint8_t format = 0;
+    bool isWhole = false;
+
+    /// Whether the answer to the last request lets the reader ask for this target: what may be a secret is asked first.
+    [[nodiscard]] bool allows(xcb_atom_t target) const {
+        const auto hint = atomOf("x-kde-passwordManagerHint");
+        if (request.target == hint)
+            return isWhole && !given.starts_with("secret");
+        if (request.target != atomOf("TARGETS") || !isWhole || format != 32 || target == hint)
+            return true;
+        const std::string_view wanted(reinterpret_cast<const char*>(&hint), sizeof hint);
+        for (std::size_t at = 0; at + wanted.size() <= given.size(); at += wanted.size()) {
+            if (given.compare(at, wanted.size(), wanted) == 0)
+                return false;
+        }
+        return true;
+    }
 };
 Peer* peer = nullptr;
 
@@ -73,9 +89,8 @@ int xcb_flush(xcb_connection_t*) {
 
 xcb_void_cookie_t xcb_convert_selection(xcb_connection_t*, xcb_window_t requestor, xcb_atom_t, xcb_atom_t target,
                                         xcb_atom_t property, xcb_timestamp_t time) {
-    const bool isHint = peer->request.target == atomOf("x-kde-passwordManagerHint");
-    peer->isSecret = peer->isSecret || (isHint && peer->given.starts_with("secret"));
-    expect(!peer->isSecret || target == atomOf("TARGETS"));  // what is secret is not asked for
+    expect(target == atomOf("TARGETS") || peer->allows(target));
+    peer->isWhole = false;
     peer->request.requestor = requestor;
     peer->request.target = target;
     peer->request.property = property;
@@ -115,6 +130,8 @@ xcb_get_property_reply_t* xcb_get_property_reply(xcb_connection_t*, xcb_get_prop
     std::memcpy(reply + 1, value.data(), value.size());
     const bool isStart = type == atomOf("INCR") && !peer->isChunked;
     peer->isChunked = peer->isChunked || isStart;
+    peer->isWhole = !isStart && reply->bytes_after == 0 && (!peer->isChunked || value.empty());
+    peer->format = format;
     if (!isStart) {
         if (!peer->encoding && type >= atomOf(atoms.front()))
             peer->encoding = selectionEncoding(std::string(atoms[type - atomOf(atoms.front())]));
@@ -177,9 +194,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t cou
         switch (now.input.ConsumeIntegralInRange(0, 7)) {
             case 0:
                 now.request.target = XCB_ATOM_NONE;
-                now.isSecret = false;
                 pending = 1;
-                reader.start(now.input.ConsumeIntegralInRange<xcb_timestamp_t>(1, 9));
+                reader.start(rootWindow, now.input.ConsumeIntegralInRange<xcb_timestamp_t>(1, 9));
                 break;
             case 1:
                 reader.abandon();

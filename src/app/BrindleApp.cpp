@@ -59,10 +59,10 @@ void limitSpareMemory() {
     ::mallopt(M_TRIM_THRESHOLD, spare);
 }
 
-/// What nothing of the start waits for, when the icon is in the tray.
+/// What the start does not need, when the icon should be in the tray.
 void finishStartLater() {
-    constexpr std::chrono::milliseconds startMayTake{500};
-    QTimer::singleShot(startMayTake, [] {
+    constexpr std::chrono::milliseconds delay{500};
+    QTimer::singleShot(delay, [] {
         // The windows' icon, which the look-up in the theme takes some time for.
         QApplication::setWindowIcon(QIcon::fromTheme(FreedesktopBundle::identifier));
         // What was needed once: the stored history in other forms above all.

@@ -1,5 +1,6 @@
 #include "base/Log.h"
 
+#include <limits.h>
 #include <poll.h>
 #include <unistd.h>
 
@@ -17,7 +18,8 @@ std::function<void(std::string_view)>& sink() {
 }  // namespace
 
 void log(std::string_view line) {
-    std::string text(line);
+    constexpr std::size_t longestLine = PIPE_BUF - 1;  // as much as is written at once or not at all
+    std::string text(line.substr(0, longestLine));
     std::ranges::replace_if(
         text, [](unsigned char c) { return c < 0x20 || c == 0x7F; }, ' ');
     if (sink()) {

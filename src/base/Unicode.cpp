@@ -46,6 +46,25 @@ Run nextRun(std::string_view text, std::size_t start) {
     return {size, true};
 }
 
+/// Whether there is a run of combining marks far longer than any script makes (UAX #15 allows 30 in its stream-safe
+/// form). Putting one in order takes the square of its length: minutes for a megabyte.
+bool hasEndlessMarks(std::string_view text) {
+    constexpr std::size_t longest = 256;       // bytes
+    constexpr std::size_t step = longest / 2;  // half of a longer run lies behind some step
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
+    for (std::size_t look = 0; look < text.size(); look += step) {
+        std::size_t at = look;
+        U8_SET_CP_START(bytes, 0, at);
+        UChar32 character = 0;
+        do
+            U8_NEXT(bytes, at, text.size(), character);
+        while (character >= 0 && u_getCombiningClass(character) != 0 && at < text.size() && at - look < step);
+        if (at - look >= step)
+            return true;
+    }
+    return false;
+}
+
 }  // namespace
 
 std::size_t asciiEnd(std::string_view text, std::size_t start) {
@@ -89,14 +108,14 @@ std::string repaired(std::string text) {
 }
 
 bool isComposed(std::string_view text) {
-    if (isAscii(text))
+    if (isAscii(text) || hasEndlessMarks(text))
         return true;
     UErrorCode status = U_ZERO_ERROR;
     return composer().isNormalizedUTF8(piece(text), status) && U_SUCCESS(status);
 }
 
 std::string composed(std::string_view text) {
-    if (isAscii(text))
+    if (isAscii(text) || hasEndlessMarks(text))
         return std::string(text);
     std::string result;
     icu::StringByteSink<std::string> sink(&result);

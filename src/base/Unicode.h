@@ -14,11 +14,12 @@ bool isWellFormed(std::string_view text);
 
 bool isAscii(std::string_view text);
 
-/// Where the ASCII at `start` ends, give or take seven characters: most texts are nothing else, and eight at a time are
+/// Where the ASCII at `start` ends, give or take seven characters: most texts are nothing else, and many at a time are
 /// many times faster.
 std::size_t asciiEnd(std::string_view text, std::size_t start);
 
-/// Whether the text is known to be in Normalization Form C; a doubtful one counts as not.
+/// Whether the text is known to be in Normalization Form C; a doubtful one counts as not. One with more than 256 bytes of
+/// combining marks in a row counts as composed, because nobody could wait for its composition.
 bool isComposed(std::string_view text);
 
 /// The text in Normalization Form C. Ill-formed pieces become U+FFFD.

@@ -42,6 +42,7 @@ TextField::TextField(Published<std::string>& text, const QString& placeholder, Q
     setPlaceholderText(placeholder);
     setAccessibleName(placeholder);
     setContextMenuPolicy(Qt::NoContextMenu);
+    setAcceptDrops(false);  // the toolkit waits for the program that the dropped text comes from
     setColorScheme(ColorScheme::dark);
     connect(this, &QLineEdit::textEdited, this, [this](const QString& edited) { bound_ = toUtf8(edited); });
     connect(this, &QLineEdit::cursorPositionChanged, this, &TextField::restartBlinking);

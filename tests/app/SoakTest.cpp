@@ -6,6 +6,7 @@
 
 #include "model/StoredForm.h"
 #include "services/HistoryManager.h"
+#include "services/PasteService.h"
 #include "services/SettingsManager.h"
 #include "support/DelegateTest.h"
 
@@ -82,12 +83,22 @@ private:
 };
 
 TEST_F(SoakTest, WeeksOfUseLoseAndDoubleNothing) {
-    // BRINDLE_SOAK=50 is the long form: 100,000 copies and 10,000 changes.
+    // BRINDLE_SOAK=50 is the long form: 100,000 copies, 10,000 openings and changes, 5,000 pastes.
+    const auto editor = workIn("Editor");
     const char* wanted = std::getenv("BRINDLE_SOAK");
     for (int left = 2000 * (wanted != nullptr ? std::atoi(wanted) : 1); left > 0 && !HasFailure(); --left) {
         copy();
         if (left % 10 == 0)
             change();
+        if (left % 10 == 5) {
+            sim.tray.click();
+            sim.tray.click();
+        }
+        if (left % 20 == 7) {
+            PasteService::paste();
+            sim.queue.advance(1.2);
+        }
+        sim.journal.take();
         ASSERT_EQ(actual(), expected) << "copies left: " << left;
     }
     copy();

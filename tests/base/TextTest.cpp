@@ -94,6 +94,10 @@ TEST(SharedTextTest, CanonicalEqualityIsOfTextAndPlainEqualityOfBytes) {
         EXPECT_EQ(right.isCanonicallyEqual(left), row.isEqual) << row.left << " " << row.right;
         EXPECT_EQ(left == right, row.left == row.right);
     }
+    std::string marks = "e";
+    while (marks.size() < 2'000'000)
+        marks += "\u0301\u0323";
+    EXPECT_FALSE(SharedText(marks + "a").isCanonicallyEqual(SharedText(marks + "b"))) << "and within this century";
 }
 
 TEST(UuidTest, ReadsTheCanonicalFormOnly) {

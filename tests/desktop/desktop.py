@@ -98,8 +98,9 @@ class Desktop:
                                         stdout=subprocess.PIPE)
             self.environment["DBUS_SESSION_BUS_ADDRESS"] = self.bus_process.stdout.readline().decode().strip()
         if self.window_manager:
-            self.run(*WINDOW_MANAGERS[self.window_manager])
+            manager = self.run(*WINDOW_MANAGERS[self.window_manager])
             self.wait_for(lambda: self.x.numbers(self.x.root, "_NET_SUPPORTING_WM_CHECK"), 10, "window manager")
+            self.await_idle(manager)  # a window that is shown while it starts is lost now and then, whoever's it is
         if self.compositor:
             self.start_compositor()
         if self.tray_name:
@@ -130,7 +131,7 @@ class Desktop:
         manager = self.run("openbox", "--replace")
         self.wait_for(lambda: self.x.numbers(self.x.root, "_NET_SUPPORTING_WM_CHECK") not in ([], before), 20,
                       "the other window manager")
-        self.await_idle(manager)  # a window that is shown while it starts is lost now and then, whoever's it is
+        self.await_idle(manager)
 
     def start_compositor(self):
         self._compositor = self.run("picom", "--backend", "xrender", "--config", "/dev/null")

@@ -89,15 +89,17 @@ class Soak:
     def verdict(self):
         self.brindle.process.terminate()
         self.brindle.process.wait(60)
-        leaks = [block for block in self.desktop.output_of(self.brindle.process).split("\n\n")
-                 if "leak of" in block and "brindle::" in block]
+        output = self.desktop.output_of(self.brindle.process)
+        leaks = [block for block in output.split("\n\n") if "leak of" in block and "brindle::" in block]
+        is_sound = "runtime error" not in output and "ERROR: AddressSanitizer" not in output
         minutes, sizes, files, resources = zip(*self.samples)
         slope = statistics.linear_regression(minutes, sizes).slope if len(sizes) > 1 else 0
         print(f"{self.copies} copies, {self.openings} openings, {self.pastes} pastes, memory {slope:.1f} KiB/min, "
               f"files {files[0]} to {files[-1]}, X resources {resources[0]} to {resources[-1]}, "
               f"leaks through our code: {len(leaks)}, complaints: {self.brindle.complaints()[:5]}, "
               f"exit {self.brindle.process.returncode}", *leaks[:9], sep="\n")
-        return slope < SLOPE and all(counts[-1] <= counts[0] + 12 for counts in (files, resources))
+        return is_sound and not leaks and slope < SLOPE and all(counts[-1] <= counts[0] + 12
+                                                                for counts in (files, resources))
 
 
 def main(program, minutes):

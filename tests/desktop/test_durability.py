@@ -23,6 +23,7 @@ def mount(*arguments):
 def arrangement(brindle):
     """What the user chose, beside the entries that come and go; the oldest one stays."""
     return {"entry": brindle.history()[-1], "lists": [each["name"] for each in brindle.stored("BrindleLists")],
+            "first list": brindle.stored("BrindleLists")[0] | {"name": "any"},
             "theme": brindle.setting("appTheme"), "starts at login": brindle.setting("launchAtLogin"),
             "limit": brindle.setting("maxClipboardItems")}
 
@@ -72,11 +73,13 @@ class DurabilityTest(DesktopTest):
 
     def test_killed_at_any_moment(self):
         """Nothing that was ever seen is lost, nor what the user arranged. BRINDLE_ROUNDS=200 is the long form."""
+        os.umask(0)  # what it makes is for its user alone all the same
         desktop, chance, number = self.desktop(), random.Random(3), 0
         desktop.seed(BrindleHistory=json.dumps([FILED]).encode(), BrindleLists=json.dumps([LIST]).encode(),
                      maxClipboardItems=100_000, appTheme="Light")
         seen = [FILED]
-        possible = [{"entry": FILED, "lists": [LIST["name"]], "theme": "Light", "starts at login": None, "limit": 100_000}]
+        possible = [{"entry": FILED, "lists": [LIST["name"]], "first list": LIST | {"name": "any"}, "theme": "Light",
+                     "starts at login": None, "limit": 100_000}]
         for round in range(ROUNDS + 1):
             brindle = Brindle(desktop)
             self.assertEqual(brindle.history()[-len(seen):-1], seen[:-1], f"round {round}")
@@ -133,6 +136,16 @@ class DurabilityTest(DesktopTest):
         (folder / "filler").unlink() if is_full else mount("-o", "remount,rw", folder)
         desktop.copy("after")
         brindle.await_contents(["after", "second" * 9000, "first" * 9000, "before"])
+        if is_full:  # from the start
+            brindle.process.terminate()
+            brindle.process.wait(10)
+            (folder / "filler").write_bytes(bytes(shutil.disk_usage(folder).free))
+            brindle = Brindle(desktop)
+            desktop.copy("late" * 9000)
+            brindle.await_line("Cannot store BrindleHistory: ")
+            (folder / "filler").unlink()
+            desktop.copy("last")
+            brindle.await_contents(["last", "late" * 9000, "after", "second" * 9000, "first" * 9000, "before"])
 
     def test_a_second_start_toggles_the_first_and_ends(self):
         desktop, first = self.start()

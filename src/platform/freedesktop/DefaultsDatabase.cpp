@@ -63,12 +63,13 @@ std::string readOnlyUri(const std::string& path) {
             uri += each;
         }
     }
-    return defaultsfile::exists(path + "-wal") ? uri : uri + "?immutable=1";
+    return defaultsfile::isEmpty(path + "-wal") ? uri + "?immutable=1" : uri;
 }
 
 bool isWriteRefused(int code) {
     const int primary = code & 0xFF;
-    return primary == SQLITE_CANTOPEN || primary == SQLITE_READONLY || primary == SQLITE_PERM;
+    return primary == SQLITE_CANTOPEN || primary == SQLITE_READONLY || primary == SQLITE_PERM ||
+           primary == SQLITE_FULL || code == SQLITE_IOERR_SHMSIZE;  // no room for the log's index
 }
 
 std::string reasonOf(sqlite3* connection, int code) {
@@ -321,7 +322,10 @@ void DefaultsDatabase::checkpoint() {
 bool DefaultsDatabase::seek(std::string_view key) {
     // The statement keeps no view of the key beyond the lookup: every lookup binds its own.
     sqlite3_bind_text64(select_.get(), 1, key.data(), key.size(), SQLITE_STATIC, SQLITE_UTF8);
-    return noted(sqlite3_step(select_.get())) == SQLITE_ROW;
+    const int code = noted(sqlite3_step(select_.get()));
+    if (code != SQLITE_ROW && code != SQLITE_DONE && !isDamage(code))
+        readFailure_ = reasonOf(connection_, code);
+    return code == SQLITE_ROW;
 }
 
 int DefaultsDatabase::execute(const char* sql) {

@@ -70,6 +70,10 @@ public:
     /// What can still be read of a file that is damaged or has moved.
     [[nodiscard]] KeptDefaults salvage();
 
+    /// Why a value could not be read, unless by damage; empty when none was missed. What is there must not be written
+    /// over then.
+    [[nodiscard]] const std::string& readFailure() const { return readFailure_; }
+
     /// None when the key is absent or has a value of another kind.
     [[nodiscard]] std::optional<std::string> bytes(std::string_view key, DefaultsValue::Kind kind);
     [[nodiscard]] std::optional<std::int64_t> integer(std::string_view key);
@@ -109,6 +113,7 @@ private:
     QTimer checkpoint_;
     bool isReadOnly_ = false;
     bool isDamaged_ = false;
+    std::string readFailure_;
 };
 
 struct DefaultsDatabase::Opening {

@@ -61,6 +61,11 @@ bool exists(const std::string& path) {
     return ::lstat(path.c_str(), &status) == 0;
 }
 
+bool isEmpty(const std::string& path) {
+    struct stat status {};
+    return ::stat(path.c_str(), &status) != 0 || status.st_size == 0;
+}
+
 Identity identity(const std::string& path) {
     struct stat status {};
     return ::stat(path.c_str(), &status) == 0 ? Identity(status.st_dev, status.st_ino) : Identity();

@@ -15,6 +15,9 @@ namespace brindle::defaultsfile {
 /// Whether anything stands at the path, a link that leads nowhere included.
 [[nodiscard]] bool exists(const std::string& path);
 
+/// Whether there is nothing to read at the path.
+[[nodiscard]] bool isEmpty(const std::string& path);
+
 /// Which file something is, wherever it goes. Device and inode; zeros where there is none.
 using Identity = std::pair<dev_t, ino_t>;
 [[nodiscard]] Identity identity(const std::string& path);

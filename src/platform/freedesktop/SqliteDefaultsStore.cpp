@@ -65,6 +65,15 @@ void SqliteDefaultsStore::leaveDamaged() const {
         replaceFile("it is damaged");
 }
 
+/// What could not be read must not be taken for absent, and then be written over.
+void SqliteDefaultsStore::leaveUnread() const {
+    if (!database_ || database_->readFailure().empty())
+        return;
+    trouble_ = database_->readFailure();
+    log("Cannot read " + path_ + ": " + trouble_);
+    database_.reset();
+}
+
 /// Somebody may remove the file while it is in use, or put another in its place, which was never read.
 void SqliteDefaultsStore::leaveMoved() const {
     if (database_ && database_->hasMoved())
@@ -100,6 +109,7 @@ std::optional<std::string> SqliteDefaultsStore::bytes(std::string_view key, Kind
     if (const auto kept = unsaved_.find(key); kept != unsaved_.end())
         return kept->second.kind == kind ? std::optional(kept->second.bytes) : std::nullopt;
     auto found = database_ ? database_->bytes(key, kind) : std::nullopt;
+    leaveUnread();
     if (!database_ || !database_->isDamaged())
         return found;
     leaveDamaged();
@@ -110,6 +120,7 @@ std::int64_t SqliteDefaultsStore::integer(std::string_view key) const {
     if (const auto kept = unsaved_.find(key); kept != unsaved_.end())
         return kept->second.number;
     const auto found = database_ ? database_->integer(key) : std::nullopt;
+    leaveUnread();
     if (!database_ || !database_->isDamaged())
         return found.value_or(0);
     leaveDamaged();

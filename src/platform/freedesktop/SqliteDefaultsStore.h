@@ -43,6 +43,7 @@ private:
     void reopenAfterTrouble();
     bool moveAside(const std::string& reason) const;
     void leaveDamaged() const;
+    void leaveUnread() const;
     void leaveMoved() const;
     void replaceFile(const std::string& reason) const;
     void set(const DefaultsRow& row);

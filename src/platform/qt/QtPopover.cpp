@@ -16,7 +16,7 @@ using namespace std::chrono_literals;
 
 constexpr auto clickGrace = static_cast<qint64>(MouseMonitor::statusClickGrace * 1000);  // milliseconds
 constexpr auto lookInterval = 25ms;
-constexpr auto startMayTake = 100ms;  // until the icon is in the tray
+constexpr auto preparationDelay = 100ms;  // in which the icon gets into the tray
 
 QRect toQRect(Rect rect) {
     return QRectF(rect.origin.x, rect.origin.y, rect.size.width, rect.size.height).toAlignedRect();
@@ -56,12 +56,13 @@ void QtPopover::setBehavior(PopoverBehavior behavior) {
 
 void QtPopover::setContent(std::unique_ptr<PopoverContent> content) {
     colorScheme_.reset();
+    preparation_.stop();
     content_.reset(dynamic_cast<QtPopoverContent*>(content.get()));
     if (!content_)
         return;
     static_cast<void>(content.release());  // it is content_ now
     // The start waits for the icon and not for the view; the first opening finds both.
-    preparation_.start(startMayTake);
+    preparation_.start(preparationDelay);
 }
 
 void QtPopover::prepare() {
@@ -81,6 +82,7 @@ void QtPopover::show(Rect anchor, RectEdge /*preferredEdge*/) {
     const QRect place = toQRect(anchor);
     const QRect available = screenAt(place.center()).availableGeometry();
     focusLoss_.stop();
+    preparation_.stop();
     prepare();
     window_.moveContentTo(frameBesideAnchor(place, window_.contentFrame().size(), available).topLeft());
     window_.show();

@@ -33,7 +33,7 @@ private:
     void closeUnlessFocused();
 
     FramelessWindow window_;
-    QTimer preparation_;       ///< runs from the content's coming until the loop has time for it
+    QTimer preparation_;       ///< runs from the content's coming until there is time for it
     QTimer focusLoss_;         ///< runs while no window of the program has the focus
     QElapsedTimer sinceHold_;  ///< since the focus went, or the last look that found something holding the popover
     bool isTransient_ = false;

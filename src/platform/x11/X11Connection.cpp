@@ -167,11 +167,13 @@ xcb_window_t X11Connection::selectionOwner(xcb_atom_t selection) {
 }
 
 void X11Connection::readEvents() {
-    while (const XcbPointer<xcb_generic_event_t> event{xcb_poll_for_event(connection_)})
+    // What one read of the socket brings: a client that never stops sending must leave the loop its other turns.
+    if (const XcbPointer<xcb_generic_event_t> event{xcb_poll_for_event(connection_)})
         dispatch(*event);
+    dispatchQueued();
     if (xcb_connection_has_error(connection_) != 0) {
         log("The connection to the X server is lost.");
-        // Everything is stored already, and without a server no part of the program can go on.
+        // What could be is stored already, and without a server no part of the program can go on.
         std::_Exit(EXIT_FAILURE);
     }
 }

@@ -71,8 +71,8 @@ void X11Pasteboard::watch(xcb_atom_t selection, std::uint32_t events) {
 }
 
 void X11Pasteboard::readPresentOwner() {
-    if (connection_.selectionOwner(clipboard_) != XCB_WINDOW_NONE)
-        reader_.start(XCB_CURRENT_TIME);
+    if (const auto owner = connection_.selectionOwner(clipboard_); owner != XCB_WINDOW_NONE)
+        reader_.start(owner, XCB_CURRENT_TIME);
 }
 
 void X11Pasteboard::handleNotice(const xcb_xfixes_selection_notify_event_t& notice) {
@@ -84,7 +84,7 @@ void X11Pasteboard::handleNotice(const xcb_xfixes_selection_notify_event_t& noti
     if (notice.selection != clipboard_ || heldClearing_.isActive() || server_.isTaking(clipboard_))
         return;
     if (notice.owner != XCB_NONE) {
-        reader_.start(notice.selection_timestamp);
+        reader_.start(notice.owner, notice.selection_timestamp);
         return;
     }
     const bool isGivenUp = notice.subtype == XCB_XFIXES_SELECTION_EVENT_SET_SELECTION_OWNER;

@@ -46,13 +46,15 @@ X11SelectionReader::~X11SelectionReader() {
         xcb_destroy_window(connection_.get(), window);
 }
 
-void X11SelectionReader::start(xcb_timestamp_t time) {
+void X11SelectionReader::start(xcb_window_t owner, xcb_timestamp_t time) {
+    if (!isReading() || owner != owner_)
+        end_ = QDeadlineTimer(inMilliseconds(limits_.longestRead));
     abandon();
+    owner_ = owner;
     window_ = nextWindow();
     requests_ = 0;
     time_ = time;
     stage_ = Stage::targets;
-    end_ = QDeadlineTimer(inMilliseconds(limits_.longestRead));
     request(connection_.atom("TARGETS"));
 }
 
@@ -125,7 +127,10 @@ void X11SelectionReader::handleProperty(const xcb_property_notify_event_t& chang
     if (change.state != XCB_PROPERTY_NEW_VALUE)
         return;
     if (change.window != window_ || change.atom != property_) {
-        // Belongs to a request given up. An owner that sends in chunks runs out sooner when they are taken away.
+        // Belongs to a request given up. An owner that sends in chunks runs out sooner when they are taken away, if
+        // ever.
+        if (end_.hasExpired())
+            return;
         xcb_delete_property(connection_.get(), change.window, change.atom);
         connection_.flush();
     } else if (wait_ == Wait::chunk) {

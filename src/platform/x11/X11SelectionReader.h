@@ -20,7 +20,7 @@ namespace brindle {
 struct X11ReadLimits {
     double deadline = Pasteboard::readDeadline;         ///< seconds without progress
     double longestRead = 30.0;                          ///< seconds, however steadily an owner drips
-    std::size_t largestText = std::size_t{256} << 20U;  ///< bytes
+    std::size_t largestText = std::size_t{128} << 20U;  ///< bytes; with six for each it can still be stored
 };
 
 /// Fetches the plain text of a selection from the program that owns it (ICCCM, 2.4), step by step from the main loop:
@@ -35,8 +35,9 @@ public:
     X11SelectionReader& operator=(const X11SelectionReader&) = delete;
     ~X11SelectionReader();
 
-    /// Starts anew; `time` is when the owner took the selection, as its notice says.
-    void start(xcb_timestamp_t time);
+    /// Starts anew. `owner` is its window and `time` when it took the selection, as its notice says. An owner that
+    /// takes it again while it is read gets no more time for that.
+    void start(xcb_window_t owner, xcb_timestamp_t time);
     void abandon();
     [[nodiscard]] bool isReading() const { return wait_ != Wait::nothing; }
 
@@ -74,6 +75,7 @@ private:
 
     Wait wait_ = Wait::nothing;
     Stage stage_ = Stage::targets;
+    xcb_window_t owner_ = XCB_WINDOW_NONE;
     xcb_timestamp_t time_ = XCB_CURRENT_TIME;
     QDeadlineTimer end_;
     std::vector<xcb_atom_t> textTargets_;  // still to be tried, the best one last

@@ -162,7 +162,8 @@ std::vector<xcb_atom_t> X11SelectionServer::textTargetAtoms() {
 bool X11SelectionServer::convertMultiple(const Owned& owned, xcb_window_t requestor, xcb_atom_t property) {
     const auto pairType = connection_.atom("ATOM_PAIR");
     auto pairs = connection_.property32(requestor, property, pairType);
-    if (pairs.size() < 2)
+    constexpr std::size_t mostValues = 64;  // two for each target; we have fewer, and each may be a megabyte
+    if (pairs.size() < 2 || pairs.size() > mostValues)
         return false;
     for (std::size_t i = 0; i + 1 < pairs.size(); i += 2) {
         const bool isNested = pairs[i] == connection_.atom("MULTIPLE");

@@ -83,6 +83,7 @@ TEST_F(X11PasteboardTest, GetsFromEveryKindOfOwnerWhatThereIsToGet) {
         {"sends chunks", {{"UTF8_STRING", {Way::chunks, "UTF8_STRING", {"a\xE2", "\x82", "\xAC z"}}}}, "a€ z"},
         {"sends no chunks at all", {{"UTF8_STRING", {Way::chunks}}}, ""},
         {"stops half-way", {{"UTF8_STRING", {Way::chunksThenSilence, "UTF8_STRING", {chunk, chunk}}}}, "(none)"},
+        {"takes the clipboard again each time", {{"TARGETS", {Way::taking}}}, "(none)"},
         {"drips for ever", {{"UTF8_STRING", {Way::chunksForEver, "UTF8_STRING", {"drip"}}}}, "(none)"},
     };
     std::int64_t count = 0;

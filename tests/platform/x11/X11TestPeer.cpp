@@ -58,6 +58,9 @@ void TestPeer::answer(const xcb_selection_request_event_t& request, const TestAn
         case TestAnswer::Way::refusal:
             notify(request, XCB_ATOM_NONE);
             return;
+        case TestAnswer::Way::taking:  // the clipboard once more, instead of an answer
+            own();
+            return;
         case TestAnswer::Way::silence:
             held_.push_back(request);
             return;

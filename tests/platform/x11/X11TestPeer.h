@@ -13,7 +13,7 @@ namespace brindle {
 
 /// What another program answers to one target.
 struct TestAnswer {
-    enum class Way { whole, chunks, chunksThenSilence, chunksForEver, silence, refusal };
+    enum class Way { whole, chunks, chunksThenSilence, chunksForEver, silence, refusal, taking };
 
     Way way = Way::whole;
     std::string type = "UTF8_STRING";
