@@ -3,12 +3,10 @@
 #ifdef __SSE2__
 #include <emmintrin.h>
 #endif
-#include <sys/mman.h>
-
 #include <algorithm>
-#include <bit>
-#include <memory>
 #include <utility>
+
+#include "base/HugePages.h"
 
 namespace brindle {
 
@@ -78,13 +76,9 @@ char* putPiece(std::string_view text, char* out) {
 
 }  // namespace
 
-/// The kernel's work at the first touch of each small page of a large text takes longer than encoding it.
 void JsonText::reserve(std::size_t size) {
-    constexpr std::size_t hugePage = std::size_t{2} << 20U;
     text_.reserve(size);
-    void* start = text_.data();
-    if (size >= 4 * hugePage && std::align(hugePage, hugePage, start, size) != nullptr)
-        ::madvise(start, size, MADV_HUGEPAGE);  // advice: where there are none, all is as before
+    adviseHugePages(text_.data(), size);
 }
 
 void JsonText::putEscaped(std::string_view text) {

@@ -8,9 +8,20 @@
 #include "model/JsonText.h"
 #include "model/StoredKeys.h"
 
+namespace brindle {
+
+namespace {
+
+/// What the writer writes to. The function below belongs to the writer of this type, which no other file has.
+struct Output final : JsonText {};
+
+}  // namespace
+
+}  // namespace brindle
+
 /// All of a string at once, which is several times as fast as by characters.
 template <>
-inline bool rapidjson::Writer<brindle::JsonText>::ScanWriteUnescapedString(StringStream& stream, std::size_t length) {
+inline bool rapidjson::Writer<brindle::Output>::ScanWriteUnescapedString(StringStream& stream, std::size_t length) {
     os_->putEscaped({stream.src_, length - stream.Tell()});
     stream.src_ += length - stream.Tell();
     return false;
@@ -60,8 +71,8 @@ private:
     void writeKey(std::string_view key) { writer_.Key(key.data(), static_cast<SizeType>(key.size())); }
     void writeString(std::string_view text) { writer_.String(text.data(), static_cast<SizeType>(text.size())); }
 
-    JsonText json_;
-    rapidjson::Writer<JsonText> writer_{json_};
+    Output json_;
+    rapidjson::Writer<Output> writer_{json_};
 };
 
 constexpr std::size_t recordSize = 256;  // bytes of a stored record beside its text

@@ -44,8 +44,9 @@ constexpr const char* tableIsOurs =
 constexpr const char* deleteValue = "DELETE FROM defaults WHERE +key = ?1";
 constexpr const char* insertValue = "INSERT INTO defaults (key, value) VALUES (?1, ?2)";
 
-// Every write waits for the disk. The log goes into the file at 4 MiB; a large write leaves a larger one, which shrinks
-// to this at the next. What people copied gets into no temporary file, and what they deleted is overwritten.
+// Every write waits for the disk. The log goes into the file at 4 MiB (of the pages above); a large write leaves a
+// larger one, which shrinks to this at the next. What people copied gets into no temporary file, and what they deleted
+// is overwritten.
 constexpr const char* durability =
     "PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL; PRAGMA journal_size_limit = 4194304;"
     "PRAGMA temp_store = MEMORY; PRAGMA secure_delete = ON;";
