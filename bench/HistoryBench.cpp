@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <functional>
+#include <memory>
 
 #include "bench/Desk.h"
 
@@ -35,6 +36,20 @@ void addItemToPinned(benchmark::State& state) {
     }
 }
 
+/// A lower limit that half of the history goes by, without the save.
+void trimToHalf(benchmark::State& state) {
+    const auto count = static_cast<std::size_t>(state.range(0));
+    for ([[maybe_unused]] auto round : state) {
+        state.PauseTiming();
+        auto desk = std::make_unique<Desk>(Storing::nowhere, count, 100);
+        state.ResumeTiming();
+        desk->history.trimHistory(state.range(0) / 2);
+        state.PauseTiming();
+        desk.reset();
+        state.ResumeTiming();
+    }
+}
+
 /// One captured copy, on the disk when it returns.
 void captureDurably(benchmark::State& state) {
     Desk desk(Storing::onDisk, static_cast<std::size_t>(state.range(0)), 1024);
@@ -45,6 +60,7 @@ void captureDurably(benchmark::State& state) {
 
 // Not as many rounds as it takes to fill a time: each makes the history longer.
 BENCHMARK(addItemToPinned)->Arg(100)->Arg(10'000)->Unit(benchmark::kMicrosecond)->UseManualTime()->Iterations(50);
+BENCHMARK(trimToHalf)->Arg(100)->Arg(10'000)->Unit(benchmark::kMicrosecond)->Iterations(20);
 BENCHMARK(captureDurably)->Arg(5)->Arg(100)->Arg(1000)->Arg(10'000)->Unit(benchmark::kMicrosecond);
 
 }  // namespace

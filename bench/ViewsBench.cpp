@@ -4,7 +4,9 @@
 #include <QScrollBar>
 
 #include "bench/Window.h"
+#include "platform/freedesktop/DesktopEntryIndex.h"
 #include "views/HistoryView.h"
+#include "views/RowText.h"
 #include "views/TextField.h"
 
 namespace brindle::bench {
@@ -37,6 +39,21 @@ void scrollByAPage(benchmark::State& state) {
     }
 }
 
+/// Of prose in two lines, as a row that comes into sight needs it.
+void layOutARow(benchmark::State& state) {
+    constexpr double width = 250;  // points
+    const std::string prose = text(1, 1024);
+    for ([[maybe_unused]] auto turn : state)
+        benchmark::DoNotOptimize(RowText(prose, width).lineCount());
+}
+
+/// The application of a window by its class, among those that are installed here.
+void findADesktopEntry(benchmark::State& state) {
+    const DesktopEntryIndex index;
+    for ([[maybe_unused]] auto turn : state)
+        benchmark::DoNotOptimize(index.identifierFor({"mousepad", "Mousepad", ""}));
+}
+
 /// From the poll to the painted list, on the disk meanwhile.
 void showACopy(benchmark::State& state) {
     Window window(static_cast<std::size_t>(state.range(0)), 1024, Storing::onDisk);
@@ -56,6 +73,8 @@ BENCHMARK(keystrokeInTheSearch)
     ->Args({10'000, 1024})
     ->Args({10'000, 10 * 1024})
     ->Unit(benchmark::kMillisecond);
+BENCHMARK(layOutARow)->Unit(benchmark::kMillisecond);
+BENCHMARK(findADesktopEntry)->Unit(benchmark::kMillisecond);
 BENCHMARK(scrollByAPage)->Arg(100)->Arg(10'000)->Unit(benchmark::kMillisecond);
 BENCHMARK(showACopy)->Arg(5)->Arg(100)->Arg(1000)->Arg(10'000)->Unit(benchmark::kMillisecond);
 
