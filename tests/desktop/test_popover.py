@@ -89,13 +89,13 @@ class PopoverTest(DesktopTest):
 
     def test_a_menu_that_the_trays_host_shows_leaves_it_open(self):
         desktop = self.desktop(tray=None)
-        desktop.run(sys.executable, "-m", "dbusmock", "--session", *WATCHER)
+        brindle, x = Brindle(desktop), desktop.x
+        desktop.run(sys.executable, "-m", "dbusmock", "--session", *WATCHER)  # the host is late
         bus = dbus.bus.BusConnection(desktop.environment["DBUS_SESSION_BUS_ADDRESS"])
         desktop.wait_for(lambda: bus.name_has_owner(WATCHER[0]), 10, "host")
         watcher = dbus.Interface(bus.get_object(*WATCHER[:2]), "org.freedesktop.DBus.Mock")
         watcher.AddProperty(WATCHER[2], "IsStatusNotifierHostRegistered", True)
         watcher.AddMethod(WATCHER[2], "RegisterStatusNotifierItem", "s", "", "")
-        brindle, x = Brindle(desktop), desktop.x
         (_, (item,)), = desktop.wait_for(lambda: watcher.GetMethodCalls("RegisterStatusNotifierItem"), 10, "icon")
         brindle.open()
         x.move(20, 20)
