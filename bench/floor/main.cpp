@@ -6,8 +6,8 @@
 #include <QTimer>
 #include <chrono>
 
-// The least that a program of the toolkit with an icon in the tray and a window of text in two fonts can be: the floor
-// under Brindle's start and memory.
+// The least that a program of the toolkit with an icon in the tray, a window of text in two fonts and a poll that does
+// nothing can be: the floor under Brindle's start, memory and idling.
 int main(int argc, char** argv) {
     constexpr std::chrono::milliseconds startMayTake{100};
     QApplication application(argc, argv);
@@ -20,5 +20,7 @@ int main(int argc, char** argv) {
         window.resize(350, 500);
         window.show();
     });
+    QTimer poll;
+    poll.start(std::chrono::milliseconds(500));
     return QApplication::exec();
 }
