@@ -18,8 +18,8 @@ bool isAscii(std::string_view text);
 /// many times faster.
 std::size_t asciiEnd(std::string_view text, std::size_t start);
 
-/// Whether the text is known to be in Normalization Form C; a doubtful one counts as not. One with more than 256 bytes of
-/// combining marks in a row counts as composed, because nobody could wait for its composition.
+/// Whether the text is known to be in Normalization Form C; a doubtful one counts as not. One with more than 256 bytes
+/// of combining marks in a row counts as composed, because nobody could wait for its composition.
 bool isComposed(std::string_view text);
 
 /// The text in Normalization Form C. Ill-formed pieces become U+FFFD.
