@@ -127,8 +127,8 @@ void X11SelectionReader::handleProperty(const xcb_property_notify_event_t& chang
     if (change.state != XCB_PROPERTY_NEW_VALUE)
         return;
     if (change.window != window_ || change.atom != property_) {
-        // Belongs to a request given up. An owner that sends in chunks runs out sooner when they are taken away, if
-        // ever.
+        // Belongs to a request given up. An owner that sends in chunks runs out sooner when they are taken away. One
+        // that never does is left alone when the time of the read is over.
         if (end_.hasExpired())
             return;
         xcb_delete_property(connection_.get(), change.window, change.atom);
